@@ -1,0 +1,110 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/core/demo.h"
+
+#include "geometry/geometry.h"
+#include "host/hostfunctions.h"
+#include "host/itool.h"
+#include "hostapp/core/applicationcontext.h"
+#include "hostapp/core/document.h"
+#include "hostapp/core/documentcontext.h"
+#include "hostapp/core/headlessuserinterface.h"
+#include "hostapp/core/pluginloader.h"
+#include "hostapp/core/samplescene.h"
+#include "hostapp/core/scenenode.h"
+
+#include <QElapsedTimer>
+#include <QTextStream>
+
+namespace vantrel::host {
+
+namespace {
+
+QString format(const Vector3 &v)
+{
+    return QStringLiteral("(%1, %2, %3)")
+        .arg(double(v.x), 0, 'f', 2)
+        .arg(double(v.y), 0, 'f', 2)
+        .arg(double(v.z), 0, 'f', 2);
+}
+
+void printTools(const ToolRegistry &registry, const DocumentContext &context, QTextStream &out)
+{
+    out << "Registered tools, in tool-list order:\n";
+    out << QStringLiteral("  %1  %2  %3  %4\n")
+               .arg(QStringLiteral("order"), -5)
+               .arg(QStringLiteral("title"), -20)
+               .arg(QStringLiteral("shortcut"), -8)
+               .arg(QStringLiteral("enabled"));
+    for (const ITool *tool : registry.toolsByOrder()) {
+        const QString shortcut = tool->GetShortcut().toString();
+        out << QStringLiteral("  %1  %2  %3  %4\n")
+                   .arg(tool->GetOrder(), -5)
+                   .arg(tool->GetTitle(), -20)
+                   .arg(shortcut.isEmpty() ? QStringLiteral("-") : shortcut, -8)
+                   .arg(tool->IsEnabled(context) ? QStringLiteral("yes") : QStringLiteral("no"));
+    }
+}
+
+void printPlacement(const std::vector<INode *> &nodes, QTextStream &out)
+{
+    for (INode *node : nodes) {
+        const auto *transformations = qobject_cast<ITransformations *>(node);
+        const TBBox<float> box = ComputeNodeBBox(node);
+        out << QStringLiteral("  %1  position %2  lowest point z = %3\n")
+                   .arg(node->GetName(), -10)
+                   .arg(format(transformations->GetPosition()), -26)
+                   .arg(double(box.min[2]), 0, 'f', 4);
+    }
+}
+
+} // namespace
+
+int runDemo(const QString &pluginPath, QTextStream &out, QTextStream &err)
+{
+    ApplicationContext app;
+    PluginLoader loader;
+    QString error;
+    if (!loader.load(pluginPath, app, &error)) {
+        err << "vantrel: cannot load the tools plug-in: " << error << '\n';
+        return 1;
+    }
+    out << "Loaded the tools plug-in " << pluginPath << '\n';
+
+    Document document;
+    HeadlessUserInterface ui;
+    QObject::connect(&ui, &HeadlessUserInterface::messageShown, [&out](const QString &text) {
+        out << "  message: " << text << '\n';
+    });
+    DocumentContext context(&document, &ui);
+    for (const std::unique_ptr<ITool> &tool : app.registry().tools())
+        tool->AttachToDocument(context);
+
+    const std::vector<INode *> hovering = buildSampleScene(document);
+    document.SetSelection(hovering, Document::ReplaceSelection);
+    document.history().clear();
+    printTools(app.registry(), context, out);
+
+    ITool *floorTool = app.registry().findTool(QStringLiteral("Put On The Floor"));
+    if (!floorTool) {
+        err << "vantrel: the plug-in registered no \"Put On The Floor\" tool\n";
+        return 1;
+    }
+    out << "\nPut On The Floor on the " << hovering.size() << " selected shapes\nbefore:\n";
+    printPlacement(hovering, out);
+    QElapsedTimer timer;
+    timer.start();
+    document.history().setNextStepName(floorTool->GetTitle());
+    floorTool->Execute(context);
+    const double milliseconds = double(timer.nsecsElapsed()) / 1e6;
+    out << "after:\n";
+    printPlacement(hovering, out);
+    out << QStringLiteral("took %1 ms; undo steps: %2 (\"%3\")\n")
+               .arg(milliseconds, 0, 'f', 3)
+               .arg(document.history().undoCount())
+               .arg(document.history().undoText());
+    out.flush();
+    return 0;
+}
+
+} // namespace vantrel::host

@@ -1,0 +1,18 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/hostexport.h"
+
+#include <QString>
+
+class QTextStream;
+
+namespace vantrel::host {
+
+// `vantrel demo`: loads the tools plug-in, lists the tools it registered, builds the sample scene
+// and runs the tools on it, printing what each step did. Returns the process exit status: 0, or 1
+// when the plug-in cannot be loaded (the reason goes to err).
+VANTREL_HOST_EXPORT int runDemo(const QString &pluginPath, QTextStream &out, QTextStream &err);
+
+} // namespace vantrel::host

@@ -1,0 +1,17 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/itool.h"
+
+// Piles the selected flat shapes in a "Stack" group, from its window or tools.stack.
+class StackTool final : public ITool
+{
+public:
+    QString GetTitle() const override;
+    QKeySequence GetShortcut() const override;
+    int GetOrder() const override;
+    bool IsEnabled(const IDocumentContext &context) const override;
+    void Execute(IDocumentContext &context) override;
+    void AttachToDocument(IDocumentContext &context) override;
+};

@@ -1,0 +1,18 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/itool.h"
+
+// Fills a group with a grid of copies of the selected shape, from its window or
+// tools.stepAndRepeat.
+class StepAndRepeatTool final : public ITool
+{
+public:
+    QString GetTitle() const override;
+    QKeySequence GetShortcut() const override;
+    int GetOrder() const override;
+    bool IsEnabled(const IDocumentContext &context) const override;
+    void Execute(IDocumentContext &context) override;
+    void AttachToDocument(IDocumentContext &context) override;
+};

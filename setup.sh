@@ -1,0 +1,84 @@
+#!/usr/bin/env bash
+# Copyright (C) 2026 The vantrel-tools authors
+# SPDX-License-Identifier: MIT
+#
+# Sets up a Debian 12 machine for vantrel-tools (installing only the Debian packages that are
+# missing), builds the project and runs what is asked:
+#
+#   ./setup.sh demo               build, then run `vantrel demo`
+#   ./setup.sh test               build, then run every test through CTest
+#   ./setup.sh test --sanitize    the same in a separate AddressSanitizer + UBSan build
+#   ./setup.sh bench              build, then run the benchmarks
+#   ./setup.sh format-check       fail when clang-format would change a tracked file
+#   ./setup.sh build              only install and build
+set -euo pipefail
+cd "$(dirname "$0")"
+
+usage() { sed -n '7,14p' "$0" | sed 's/^# \{0,1\}//'; exit 2; }
+[ $# -ge 1 ] || usage
+command=$1
+shift
+sanitize=0
+for argument in "$@"; do
+    case $argument in
+        --sanitize) sanitize=1 ;;
+        *) echo "setup.sh: unknown option: $argument" >&2; usage ;;
+    esac
+done
+
+packages=(build-essential binutils cmake ninja-build clang-format
+          qtbase5-dev qtscript5-dev libqt5opengl5-dev
+          googletest libgtest-dev libbenchmark-dev)
+missing=()
+for package in "${packages[@]}"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed" \
+        || missing+=("$package")
+done
+if [ ${#missing[@]} -gt 0 ]; then
+    sudo=""
+    [ "$(id -u)" -eq 0 ] || sudo=sudo
+    echo "== installing ${missing[*]}"
+    $sudo apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi
+
+jobs=$(nproc)
+if [ $sanitize -eq 1 ]; then
+    build=build-asan
+    options=(-DCMAKE_BUILD_TYPE=Debug -DVANTREL_SANITIZER=address,undefined
+             -DVANTREL_STRICT=ON -DVANTREL_BUILD_BENCHMARKS=OFF)
+else
+    build=build
+    options=(-DCMAKE_BUILD_TYPE=RelWithDebInfo -DVANTREL_STRICT=ON)
+fi
+
+configure_and_build() {
+    echo "== building in $build"
+    cmake -S . -B "$build" -G Ninja "${options[@]}" >/dev/null
+    start=$(date +%s)
+    cmake --build "$build" -j "$jobs"
+    echo "== built in $(( $(date +%s) - start )) s"
+}
+
+case $command in
+    build) configure_and_build ;;
+    demo)
+        configure_and_build
+        "$build/bin/vantrel" demo
+        ;;
+    test)
+        configure_and_build
+        export ASAN_OPTIONS=detect_leaks=1:abort_on_error=0
+        export LSAN_OPTIONS=suppressions=$PWD/.lsan.supp:print_suppressions=0
+        ctest --test-dir "$build" --output-on-failure -j "$jobs"
+        ;;
+    bench)
+        configure_and_build
+        for benchmark in "$build"/bin/bench_*; do "$benchmark"; done
+        ;;
+    format-check)
+        git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
+        echo "== formatting is clean"
+        ;;
+    *) usage ;;
+esac
