@@ -255,6 +255,6 @@ TEST(Boxes, FoldPointsAndBoxesAndKnowWhenTheyAreEmpty)
     TBBox<float> other;
     ExtendBox(other, {-4, 5, 0});
     MergeBoxes(box, other);
-    EXPECT_TRUE(Near({box.min[0], box.min[1], box.min[2]}, {-4, -2, 0}, 0.f));
-    EXPECT_TRUE(Near({box.max[0], box.max[1], box.max[2]}, {1, 5, 3}, 0.f));
+    EXPECT_TRUE(Near(Vector3(box.min[0], box.min[1], box.min[2]), Vector3(-4, -2, 0), 0.f));
+    EXPECT_TRUE(Near(Vector3(box.max[0], box.max[1], box.max[2]), Vector3(1, 5, 3), 0.f));
 }

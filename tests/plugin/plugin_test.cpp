@@ -3,6 +3,7 @@
 #include "host/iplugin.h"
 #include "host/pluginverification.h"
 #include "hostapp/core/applicationcontext.h"
+#include "hostapp/core/meshnode.h"
 #include "hostapp/core/document.h"
 #include "hostapp/core/documentcontext.h"
 #include "hostapp/core/headlessuserinterface.h"

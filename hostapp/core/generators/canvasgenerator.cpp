@@ -1,0 +1,60 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/core/generators/canvasgenerator.h"
+
+#include "hostapp/core/generators/lengthlimits.h"
+#include "hostapp/core/meshbuilder.h"
+
+#include <algorithm>
+
+namespace vantrel::host {
+
+CanvasGenerator::CanvasGenerator(const char *typeId)
+    : ShapeGenerator(typeId)
+{
+    initValue("width", 40.f);
+    initValue("height", 30.f);
+    initValue("depth", 2.f);
+}
+
+void CanvasGenerator::setWidth(float width)
+{
+    setValue("width", QVariant(qBound(MinimumLength, width, MaximumLength)));
+}
+
+void CanvasGenerator::setHeight(float height)
+{
+    setValue("height", QVariant(qBound(MinimumLength, height, MaximumLength)));
+}
+
+void CanvasGenerator::setDepth(float depth)
+{
+    setValue("depth", QVariant(qBound(MinimumLength, depth, MaximumLength)));
+}
+
+MeshPtr CanvasGenerator::build() const
+{
+    const float w = width(), h = height(), d = depth();
+    const float sheet = std::min(0.05f, 0.25f * d); // half a millimetre of primed cotton
+    // Stretcher bars are 4 cm wide, narrower on small canvases so that the back stays open.
+    const float bar = std::min({4.f, 0.25f * w, 0.25f * h});
+
+    MeshBuilder builder;
+    builder.beginPart();
+    builder.addBox(Vector3(-w / 2, -d / 2, 0.f), Vector3(w / 2, -d / 2 + sheet, h));
+    builder.beginPart();
+    builder.addPrismWithHole(
+        MeshBuilder::roundedRectangle(-w / 2, 0.f, w / 2, h, MeshBuilder::CornerRadii{}, 1),
+        MeshBuilder::roundedRectangle(
+            -w / 2 + bar, bar, w / 2 - bar, h - bar, MeshBuilder::CornerRadii{}, 1),
+        -d / 2 + sheet,
+        d / 2);
+    return builder.build();
+}
+
+std::unique_ptr<ShapeGenerator> CanvasGenerator::create() const
+{
+    return std::make_unique<CanvasGenerator>(GetTypeId());
+}
+
+} // namespace vantrel::host

@@ -1,0 +1,45 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/hostexport.h"
+#include "hostapp/core/shapegenerator.h"
+
+namespace vantrel::host {
+
+// A tablet or phone standing upright, screen facing -y: a slab with rounded corners (part 0)
+// and the screen (part 1), set half a millimetre into the front face. The screen keeps the
+// real device's proportion of the front and shrinks where large corners would cut into it.
+// Lengths are in centimetres and limited to MinimumLength..MaximumLength (lengthlimits.h);
+// cornerRadius to 0..MaximumLength, and in the mesh to half the shorter side.
+class VANTREL_HOST_EXPORT DeviceGenerator : public ShapeGenerator
+{
+    Q_OBJECT
+    Q_PROPERTY(float width READ width WRITE setWidth)                      // along x, centred
+    Q_PROPERTY(float height READ height WRITE setHeight)                   // along z, from 0
+    Q_PROPERTY(float thickness READ thickness WRITE setThickness)          // along y, centred
+    Q_PROPERTY(float cornerRadius READ cornerRadius WRITE setCornerRadius) // seen from the front
+
+public:
+    static constexpr char s_iPadId[] = "generator.Devices.iPad";
+    static constexpr char s_iPhone4Id[] = "generator.Devices.iPhone4";
+    static constexpr char s_iPhone5Id[] = "generator.Devices.iPhone5";
+
+    // Any other identifier gets the tablet's proportions.
+    explicit DeviceGenerator(const char *typeId);
+
+    float width() const { return value("width").toFloat(); }
+    void setWidth(float width);
+    float height() const { return value("height").toFloat(); }
+    void setHeight(float height);
+    float thickness() const { return value("thickness").toFloat(); }
+    void setThickness(float thickness);
+    float cornerRadius() const { return value("cornerRadius").toFloat(); }
+    void setCornerRadius(float cornerRadius);
+
+protected:
+    MeshPtr build() const override;
+    std::unique_ptr<ShapeGenerator> create() const override;
+};
+
+} // namespace vantrel::host

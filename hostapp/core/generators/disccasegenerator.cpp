@@ -1,0 +1,98 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/core/generators/disccasegenerator.h"
+
+#include "hostapp/core/generators/lengthlimits.h"
+#include "hostapp/core/meshbuilder.h"
+
+#include <cstring>
+
+namespace vantrel::host {
+
+namespace {
+
+struct CaseStyle
+{
+    const char *typeId;
+    float width, height, thickness; // defaults, centimetres
+    float coverShare;               // the cover's share of the closed thickness
+    float cornerRadius;             // of the case seen from the front, centimetres
+};
+
+const CaseStyle s_styles[] = {
+    {DiscCaseGenerator::s_dvdId, 13.5f, 19.f, 1.4f, 0.5f, 0.5f},
+    {DiscCaseGenerator::s_digipakDvdId, 13.5f, 19.f, 1.f, 0.2f, 0.f},
+    {DiscCaseGenerator::s_digipakCdId, 14.2f, 12.5f, 0.8f, 0.2f, 0.f},
+    {DiscCaseGenerator::s_slimCdId, 14.2f, 12.5f, 0.5f, 0.5f, 0.1f},
+    {DiscCaseGenerator::s_bluRayId, 12.8f, 14.8f, 1.2f, 0.5f, 0.6f},
+};
+
+const CaseStyle &styleFor(const char *typeId)
+{
+    for (const CaseStyle &style : s_styles) {
+        if (std::strcmp(style.typeId, typeId) == 0)
+            return style;
+    }
+    return s_styles[0];
+}
+
+} // namespace
+
+DiscCaseGenerator::DiscCaseGenerator(const char *typeId)
+    : ShapeGenerator(typeId)
+{
+    const CaseStyle &style = styleFor(typeId);
+    initValue("width", style.width);
+    initValue("height", style.height);
+    initValue("thickness", style.thickness);
+    initValue("coverAngle", 0.f);
+}
+
+void DiscCaseGenerator::setWidth(float width)
+{
+    setValue("width", QVariant(qBound(MinimumLength, width, MaximumLength)));
+}
+
+void DiscCaseGenerator::setHeight(float height)
+{
+    setValue("height", QVariant(qBound(MinimumLength, height, MaximumLength)));
+}
+
+void DiscCaseGenerator::setThickness(float thickness)
+{
+    setValue("thickness", QVariant(qBound(MinimumLength, thickness, MaximumLength)));
+}
+
+void DiscCaseGenerator::setCoverAngle(float coverAngle)
+{
+    setValue("coverAngle", QVariant(qBound(0.f, coverAngle, 180.f)));
+}
+
+MeshPtr DiscCaseGenerator::build() const
+{
+    const CaseStyle &style = styleFor(GetTypeId());
+    const float w = width(), h = height(), t = thickness();
+    const float cover = style.coverShare * t;
+    const float r = style.cornerRadius; // roundedRectangle keeps it within small cases
+    const MeshBuilder::Outline front = MeshBuilder::roundedRectangle(
+        -w / 2, 0.f, w / 2, h, MeshBuilder::CornerRadii{r, r, r, r}, 6);
+
+    MeshBuilder builder;
+    builder.beginPart(); // cover
+    const MeshBuilder::Mark coverStart = builder.mark();
+    builder.addPrism(front, -t / 2, -t / 2 + cover);
+    // Hinged on the outer edge, the cover clears the back half at every angle.
+    if (coverAngle() > 0.f)
+        builder.transformSince(coverStart,
+                               MeshBuilder::hingeRotation(-w / 2, -t / 2, coverAngle()));
+    builder.beginPart(); // back half
+    builder.addPrism(front, -t / 2 + cover, t / 2);
+    return builder.build();
+}
+
+std::unique_ptr<ShapeGenerator> DiscCaseGenerator::create() const
+{
+    return std::make_unique<DiscCaseGenerator>(GetTypeId());
+}
+
+} // namespace vantrel::host

@@ -1,0 +1,41 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/hostexport.h"
+#include "hostapp/core/shapegenerator.h"
+
+namespace vantrel::host {
+
+// A retail box with a hang tab: the carton's six panels (one part each, as for a plain box) and,
+// standing on the lid flush with the back panel, a card tab with rounded top corners and a round
+// hang hole (part 6). The tab is half as wide as the box.
+// Lengths are in centimetres and limited to MinimumLength..MaximumLength (lengthlimits.h).
+class VANTREL_HOST_EXPORT TaggedBoxGenerator : public ShapeGenerator
+{
+    Q_OBJECT
+    Q_PROPERTY(float width READ width WRITE setWidth)    // along x, centred on x = 0
+    Q_PROPERTY(float height READ height WRITE setHeight) // of the carton, along z from the floor
+    Q_PROPERTY(float depth READ depth WRITE setDepth)    // along y, centred on y = 0
+    Q_PROPERTY(float tagHeight READ tagHeight WRITE setTagHeight) // of the tab above the lid
+
+public:
+    static constexpr char s_typeId[] = "generator.Boxes.TaggedBox";
+
+    explicit TaggedBoxGenerator(const char *typeId);
+
+    float width() const { return value("width").toFloat(); }
+    void setWidth(float width);
+    float height() const { return value("height").toFloat(); }
+    void setHeight(float height);
+    float depth() const { return value("depth").toFloat(); }
+    void setDepth(float depth);
+    float tagHeight() const { return value("tagHeight").toFloat(); }
+    void setTagHeight(float tagHeight);
+
+protected:
+    MeshPtr build() const override;
+    std::unique_ptr<ShapeGenerator> create() const override;
+};
+
+} // namespace vantrel::host
