@@ -74,7 +74,13 @@ std::unique_ptr<ShapeGenerator> ShapeGenerator::clone() const
 
 void ShapeGenerator::restoreValue(const QByteArray &name, const QVariant &value)
 {
-    m_values.insert(name, value);
+    // Keep each parameter's own type (a float stays a float when a double arrives), so that a
+    // later write of the same value compares equal and records nothing.
+    QVariant typed = value;
+    const auto existing = m_values.constFind(name);
+    if (existing != m_values.constEnd() && existing->isValid() && typed.userType() != existing->userType())
+        typed.convert(existing->userType());
+    m_values.insert(name, typed);
     m_mesh.reset();
 }
 

@@ -7,8 +7,8 @@
 
 namespace vantrel::host {
 
-// A stretched canvas hanging or standing upright, print facing -y: the canvas sheet (part 0)
-// over a wooden stretcher frame whose open back shows the bars (part 1).
+// A stretched canvas hanging or standing upright, print facing -y: the canvas sheet (first part)
+// over a wooden stretcher frame whose open back shows the bars (second part).
 // Lengths are in centimetres and limited to MinimumLength..MaximumLength (lengthlimits.h).
 class VANTREL_HOST_EXPORT CanvasGenerator : public ShapeGenerator
 {

@@ -7,8 +7,8 @@
 
 namespace vantrel::host {
 
-// A tablet or phone standing upright, screen facing -y: a slab with rounded corners (part 0)
-// and the screen (part 1), set half a millimetre into the front face. The screen keeps the
+// A tablet or phone standing upright, screen facing -y: a slab with rounded corners (first part)
+// and the screen (second part), set half a millimetre into the front face. The screen keeps the
 // real device's proportion of the front and shrinks where large corners would cut into it.
 // Lengths are in centimetres and limited to MinimumLength..MaximumLength (lengthlimits.h);
 // cornerRadius to 0..MaximumLength, and in the mesh to half the shorter side.

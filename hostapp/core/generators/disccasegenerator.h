@@ -7,8 +7,8 @@
 
 namespace vantrel::host {
 
-// A disc case standing upright, spine at x = -width / 2: the front half (the cover, part 0)
-// swings open towards -y about the spine's outer front edge; the back half is part 1.
+// A disc case standing upright, spine at x = -width / 2: the front half (the cover, first part)
+// swings open towards -y about the spine's outer front edge; the back half is the second part.
 // - "generator.DiscBox.DVD" and "generator.DiscBox.BluRay": moulded keep cases with rounded
 //   corners, split in two halves of equal thickness;
 // - "generator.DiscBox.SlimCD": a slim jewel case;

@@ -7,8 +7,8 @@
 
 namespace vantrel::host {
 
-// A slide box, like a matchbox: a sleeve open at both ends (part 0) and an open-topped drawer
-// tray inside it (part 1) that can be pulled out along +x.
+// A slide box, like a matchbox: a sleeve open at both ends (first part) and an open-topped drawer
+// tray inside it (second part) that can be pulled out along +x.
 // Lengths are in centimetres and limited to MinimumLength..MaximumLength (lengthlimits.h); slide
 // is limited to 0..1.
 class VANTREL_HOST_EXPORT SlidingBoxGenerator : public ShapeGenerator

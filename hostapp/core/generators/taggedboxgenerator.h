@@ -9,7 +9,7 @@ namespace vantrel::host {
 
 // A retail box with a hang tab: the carton's six panels (one part each, as for a plain box) and,
 // standing on the lid flush with the back panel, a card tab with rounded top corners and a round
-// hang hole (part 6). The tab is half as wide as the box.
+// hang hole (the seventh part). The tab is half as wide as the box.
 // Lengths are in centimetres and limited to MinimumLength..MaximumLength (lengthlimits.h).
 class VANTREL_HOST_EXPORT TaggedBoxGenerator : public ShapeGenerator
 {
