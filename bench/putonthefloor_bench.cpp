@@ -27,7 +27,8 @@ std::vector<INode *> scatterBoxes(Document &document, int count)
         place(-200.f, 200.f), height(5.f, 80.f);
     std::vector<INode *> boxes;
     for (int i = 0; i < count; ++i) {
-        MeshNode *box = document.root()->createChildShape("generator.Boxes.Box", QStringLiteral("Box %1").arg(i));
+        MeshNode *box = document.root()->createChildShape("generator.Boxes.Box",
+                                                          QStringLiteral("Box %1").arg(i));
         box->applyRotation({angle(random), angle(random), angle(random)});
         box->applyScale({scale(random), scale(random), scale(random)});
         box->applyPosition({place(random), place(random), height(random)});

@@ -27,7 +27,8 @@ struct Grid
     Grid()
     {
         group = document.root()->CreateChildGroup(QStringLiteral("Grid"));
-        source = static_cast<BaseNode *>(group)->createChildShape("generator.Boxes.Box", QStringLiteral("Box - 1"));
+        source = static_cast<BaseNode *>(group)->createChildShape("generator.Boxes.Box",
+                                                                  QStringLiteral("Box - 1"));
         document.history().clear();
     }
 

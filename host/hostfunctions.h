@@ -34,9 +34,8 @@ VANTREL_HOST_EXPORT void GetNodeGlobalMatrix(Matrix &result, const INode *node);
 // Grows the box by the vertices of the node's subtree. The matrix is the frame the node's parent
 // stands in: the node's own local matrix applies first, then the matrix. With the identity the
 // subtree is measured in the node's parent's space.
-VANTREL_HOST_EXPORT void UpdateBBoxRecursive(TBBox<float> &box,
-                                             const INode *node,
-                                             const Matrix &parentFrame);
+VANTREL_HOST_EXPORT void
+UpdateBBoxRecursive(TBBox<float> &box, const INode *node, const Matrix &parentFrame);
 
 // Writes the view matrix of a camera whose world matrix (see ICamera) is given. It maps a world
 // point to camera space: x towards the image's right, y towards its top, z the depth in front of

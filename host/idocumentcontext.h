@@ -15,7 +15,7 @@ public:
     IDocumentContext &operator=(const IDocumentContext &) = delete;
 
     // Same order as the host's declaration: the vtable layout is part of the boundary.
-    virtual IDocument *GetDocument() = 0;                        // for reading and changing
+    virtual IDocument *GetDocument() = 0;                       // for reading and changing
     virtual const IDocument *GetDocumentForReading() const = 0; // the same document, read only
     virtual IUserInterface *GetUserInterface() const = 0; // null when the document has no window
     virtual IScriptRunner *GetScriptRunner() const = 0;   // null when it has no script engine

@@ -18,9 +18,9 @@ public:
 
     // Same order as the host's declaration: the vtable layout is part of the boundary.
     virtual ~ITool() = default;
-    virtual QString GetTitle() const = 0;           // ends in "..." when the tool opens a window
-    virtual QKeySequence GetShortcut() const = 0;   // empty for none
-    virtual int GetOrder() const = 0;               // sort key of the tool list, lowest first
+    virtual QString GetTitle() const = 0;         // ends in "..." when the tool opens a window
+    virtual QKeySequence GetShortcut() const = 0; // empty for none
+    virtual int GetOrder() const = 0;             // sort key of the tool list, lowest first
     // Whether the tool can run on the document; reads only.
     virtual bool IsEnabled(const IDocumentContext &context) const = 0;
     // Runs the tool; failures are shown with IUserInterface::ShowMessage, never thrown.

@@ -50,5 +50,5 @@
     "pattern=QT_PLUGIN_VERIFICATION_DATA\n"                                                        \
     "version=" QT_VERSION_STR "\n"                                                                 \
     "debug=" VANTREL_VERIFICATION_DEBUG "\n"                                                       \
-    "buildkey=" VANTREL_VERIFICATION_OS " " VANTREL_VERIFICATION_ARCH                             \
+    "buildkey=" VANTREL_VERIFICATION_OS " " VANTREL_VERIFICATION_ARCH                              \
     " " VANTREL_VERIFICATION_COMPILER " full-config"

@@ -20,7 +20,7 @@ inline bool HasSelection(const IDocumentContext &context)
 inline void ReportNotAvailable(IDocumentContext &context, const QString &title)
 {
     if (IUserInterface *ui = context.GetUserInterface())
-        ui->ShowMessage(QStringLiteral("%1 is not available in this version of the tools plug-in.")
-                            .arg(title),
-                        0);
+        ui->ShowMessage(
+            QStringLiteral("%1 is not available in this version of the tools plug-in.").arg(title),
+            0);
 }

@@ -24,9 +24,11 @@ int main(int argc, char *argv[])
     // Qt warns on every start when the runtime folder is not set (as in containers and CI);
     // point it at the private folder Qt would fall back to anyway.
     if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
-        const QByteArray runtime = QDir::tempPath().toLocal8Bit() + "/runtime-vantrel-" + QByteArray::number(getuid());
+        const QByteArray runtime
+            = QDir::tempPath().toLocal8Bit() + "/runtime-vantrel-" + QByteArray::number(getuid());
         QDir().mkpath(QString::fromLocal8Bit(runtime));
-        QFile::setPermissions(QString::fromLocal8Bit(runtime), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QFile::setPermissions(QString::fromLocal8Bit(runtime),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         qputenv("XDG_RUNTIME_DIR", runtime);
     }
     QApplication application(argc, argv);
@@ -66,8 +68,9 @@ int main(int argc, char *argv[])
     const QStringList positional = parser.positionalArguments();
     if (positional.size() != 1 || positional.first() != QStringLiteral("demo")) {
         err << "vantrel: "
-            << (positional.isEmpty() ? QStringLiteral("a command is needed")
-                                     : QStringLiteral("unknown command: %1").arg(positional.join(QLatin1Char(' '))))
+            << (positional.isEmpty()
+                    ? QStringLiteral("a command is needed")
+                    : QStringLiteral("unknown command: %1").arg(positional.join(QLatin1Char(' '))))
             << "\nTry 'vantrel --help'.\n";
         return 2;
     }

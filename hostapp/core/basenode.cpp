@@ -26,8 +26,8 @@ void BaseNode::SetVisible(bool visible)
 {
     if (visible == m_visible)
         return;
-    m_document->apply(
-        std::make_unique<ValueChange<BaseNode, bool>>(this, &BaseNode::applyVisible, m_visible, visible));
+    m_document->apply(std::make_unique<ValueChange<BaseNode, bool>>(
+        this, &BaseNode::applyVisible, m_visible, visible));
 }
 
 void BaseNode::SetName(const QString &name)

@@ -31,9 +31,9 @@ public:
     float yaw() const { return m_yaw; }
     float pitch() const { return m_pitch; }
     void setYaw(float degrees);
-    void setPitch(float degrees);                // limited to +-MaximumPitch
-    void setFieldOfView(float degrees);          // limited to 1..170
-    Vector3 position() const;                    // row 3 of the global matrix
+    void setPitch(float degrees);       // limited to +-MaximumPitch
+    void setFieldOfView(float degrees); // limited to 1..170
+    Vector3 position() const;           // row 3 of the global matrix
 
     // A camera that frames a 60 cm tall arrangement on the floor from the front right.
     void reset();

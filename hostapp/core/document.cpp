@@ -171,7 +171,8 @@ void Document::SetSelection(const std::vector<INode *> &nodes, int mode)
     for (INode *node : next)
         static_cast<BaseNode *>(node)->m_marked = false;
     if (next != m_selection)
-        apply(std::make_unique<SelectionChange>(this, &Document::applySelection, m_selection, next));
+        apply(
+            std::make_unique<SelectionChange>(this, &Document::applySelection, m_selection, next));
 }
 
 void Document::applySelection(std::vector<INode *> selection)
@@ -217,7 +218,8 @@ void Document::DeleteNodes(const std::vector<INode *> &nodes)
 
     m_history.beginGroup();
     if (selection.size() != m_selection.size())
-        apply(std::make_unique<SelectionChange>(this, &Document::applySelection, m_selection, selection));
+        apply(std::make_unique<SelectionChange>(
+            this, &Document::applySelection, m_selection, selection));
     apply(std::make_unique<RemoveChange>(this, std::move(topmost)));
     m_history.endGroup();
 }
@@ -255,7 +257,8 @@ INode *Document::CloneNode(INode *node, int)
 void Document::SetAmbientIntensity(float intensity)
 {
     if (intensity != m_ambient)
-        apply(std::make_unique<ValueChange<Document, float>>(this, &Document::applyAmbient, m_ambient, intensity));
+        apply(std::make_unique<ValueChange<Document, float>>(
+            this, &Document::applyAmbient, m_ambient, intensity));
 }
 
 void Document::SetLightingMode(int mode)
@@ -392,7 +395,8 @@ void Document::reattach(const std::vector<Placement> &placements)
                     merged.push_back(children[existing++]);
                 }
             }
-            merged.insert(merged.end(), children.begin() + existing, children.end());
+            merged.insert(
+                merged.end(), children.begin() + std::ptrdiff_t(existing), children.end());
             children.swap(merged);
         }
         begin = end;

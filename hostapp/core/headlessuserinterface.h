@@ -5,8 +5,8 @@
 #include "host/hostexport.h"
 #include "host/iuserinterface.h"
 
-#include <QList>
 #include <QDialog>
+#include <QList>
 #include <QPointer>
 #include <QString>
 

@@ -92,7 +92,8 @@ void UpdateBBoxRecursive(TBBox<float> &box, const INode *node, const Matrix &par
 
 void CalculateViewMatrix(Matrix &view, const Matrix &cameraGlobal)
 {
-    // Camera space: x towards the image's right (minus row 1), y its top (row 2), z forward (row 0).
+    // Camera space: x towards the image's right (minus row 1), y its top (row 2), z forward (row
+    // 0).
     const Vector3 axes[3] = {Vector3(-cameraGlobal[4], -cameraGlobal[5], -cameraGlobal[6]),
                              Vector3(cameraGlobal[8], cameraGlobal[9], cameraGlobal[10]),
                              Vector3(cameraGlobal[0], cameraGlobal[1], cameraGlobal[2])};

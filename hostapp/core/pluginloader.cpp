@@ -33,7 +33,9 @@ QList<QPair<QByteArray, QByteArray>> fields(const QByteArray &text)
 QString describeMismatch(const QByteArray &theirs, const QByteArray &ours)
 {
     const auto theirFields = fields(theirs);
-    if (theirFields.isEmpty() || theirFields.first() != qMakePair(QByteArray("pattern"), QByteArray("QT_PLUGIN_VERIFICATION_DATA")))
+    if (theirFields.isEmpty()
+        || theirFields.first()
+               != qMakePair(QByteArray("pattern"), QByteArray("QT_PLUGIN_VERIFICATION_DATA")))
         return QStringLiteral("its verification text is not a Qt plug-in verification text");
     QStringList differences;
     for (const auto &field : fields(ours)) {
@@ -49,7 +51,8 @@ QString describeMismatch(const QByteArray &theirs, const QByteArray &ours)
                                         QString::fromLatin1(field.second)));
         }
     }
-    return QStringLiteral("built for another Qt or compiler: %1").arg(differences.join(QStringLiteral("; ")));
+    return QStringLiteral("built for another Qt or compiler: %1")
+        .arg(differences.join(QStringLiteral("; ")));
 }
 
 } // namespace
@@ -98,11 +101,12 @@ IPlugin *PluginLoader::load(const QString &path, IApplicationContext &app, QStri
         return fail(QStringLiteral("cannot be loaded: %1").arg(library.errorString()));
     // Nothing is taken from the library until its verification text matches: a library built
     // against another Qt could not safely hand over a single object.
-    const auto verification =
-        reinterpret_cast<VerificationFunction>(library.resolve("qt_plugin_query_verification_data"));
+    const auto verification = reinterpret_cast<VerificationFunction>(
+        library.resolve("qt_plugin_query_verification_data"));
     if (!verification) {
         library.unload();
-        return fail(QStringLiteral("not a plug-in: it has no qt_plugin_query_verification_data entry point"));
+        return fail(QStringLiteral(
+            "not a plug-in: it has no qt_plugin_query_verification_data entry point"));
     }
     const QByteArray theirs(verification());
     if (theirs != verificationData()) {

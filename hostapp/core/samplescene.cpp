@@ -32,12 +32,18 @@ std::vector<INode *> buildSampleScene(Document &document)
     auto *shelf = static_cast<SceneNode *>(root->CreateChildGroup(QStringLiteral("Shelf")));
     shelf->applyRotation(Vector3(0.f, 0.f, 15.f));
     std::vector<INode *> hovering;
-    hovering.push_back(addShape(shelf, "generator.Book.Paperback", QStringLiteral("Paperback"),
-                                Vector3(-15.f, 0.f, 12.f)));
-    hovering.push_back(addShape(shelf, "generator.Book.HardCover", QStringLiteral("Hard Cover"),
-                                Vector3(2.f, 0.f, 7.5f), Vector3(0.f, 20.f, 0.f)));
-    hovering.push_back(addShape(root, "generator.DiscBox.DVD", QStringLiteral("DVD Case"),
-                                Vector3(28.f, -5.f, 4.f), Vector3(25.f, 0.f, 40.f)));
+    hovering.push_back(addShape(
+        shelf, "generator.Book.Paperback", QStringLiteral("Paperback"), Vector3(-15.f, 0.f, 12.f)));
+    hovering.push_back(addShape(shelf,
+                                "generator.Book.HardCover",
+                                QStringLiteral("Hard Cover"),
+                                Vector3(2.f, 0.f, 7.5f),
+                                Vector3(0.f, 20.f, 0.f)));
+    hovering.push_back(addShape(root,
+                                "generator.DiscBox.DVD",
+                                QStringLiteral("DVD Case"),
+                                Vector3(28.f, -5.f, 4.f),
+                                Vector3(25.f, 0.f, 40.f)));
 
     auto *light = static_cast<LightNode *>(root->CreateChildLight(QStringLiteral("Key Light")));
     light->applyPosition(Vector3(-60.f, -80.f, 120.f));

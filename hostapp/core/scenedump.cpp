@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/scenedump.h"
 
+#include "host/hostfunctions.h"
 #include "hostapp/core/basenode.h"
 #include "hostapp/core/document.h"
 #include "hostapp/core/lightnode.h"
 #include "hostapp/core/meshnode.h"
-#include "host/hostfunctions.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -31,8 +31,10 @@ QJsonObject nodeToJson(const BaseNode &node)
         object.insert(QStringLiteral("scale"), toJson(scene->GetScale()));
     }
     if (const auto *mesh = qobject_cast<const MeshNode *>(&node)) {
-        object.insert(QStringLiteral("generator"), QString::fromLatin1(mesh->generator()->GetTypeId()));
-        object.insert(QStringLiteral("params"), QJsonObject::fromVariantMap(mesh->generator()->parameters()));
+        object.insert(QStringLiteral("generator"),
+                      QString::fromLatin1(mesh->generator()->GetTypeId()));
+        object.insert(QStringLiteral("params"),
+                      QJsonObject::fromVariantMap(mesh->generator()->parameters()));
         object.insert(QStringLiteral("vertexCount"), mesh->mesh()->vertexCount());
     }
     if (const auto *light = qobject_cast<const LightNode *>(&node)) {

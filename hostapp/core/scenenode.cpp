@@ -31,15 +31,16 @@ void SceneNode::SetRotation(const Vector3 &anglesDegrees, bool)
 {
     if (anglesDegrees == m_rotation)
         return;
-    document()->apply(
-        std::make_unique<Vector3Change>(this, &SceneNode::applyRotation, m_rotation, anglesDegrees));
+    document()->apply(std::make_unique<Vector3Change>(
+        this, &SceneNode::applyRotation, m_rotation, anglesDegrees));
 }
 
 void SceneNode::SetScale(const Vector3 &scale, int)
 {
     if (scale == m_scale)
         return;
-    document()->apply(std::make_unique<Vector3Change>(this, &SceneNode::applyScale, m_scale, scale));
+    document()->apply(
+        std::make_unique<Vector3Change>(this, &SceneNode::applyScale, m_scale, scale));
 }
 
 void SceneNode::applyPosition(Vector3 position)

@@ -78,7 +78,8 @@ void ShapeGenerator::restoreValue(const QByteArray &name, const QVariant &value)
     // later write of the same value compares equal and records nothing.
     QVariant typed = value;
     const auto existing = m_values.constFind(name);
-    if (existing != m_values.constEnd() && existing->isValid() && typed.userType() != existing->userType())
+    if (existing != m_values.constEnd() && existing->isValid()
+        && typed.userType() != existing->userType())
         typed.convert(existing->userType());
     m_values.insert(name, typed);
     m_mesh.reset();

@@ -143,7 +143,7 @@ void UndoHistory::clear()
     m_stack->clear();
 }
 
-void UndoHistory::push(QString name, std::vector<std::unique_ptr<Change>> changes)
+void UndoHistory::push(const QString &name, std::vector<std::unique_ptr<Change>> changes)
 {
     m_stack->push(new Step(name, std::move(changes)));
 }

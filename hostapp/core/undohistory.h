@@ -62,7 +62,7 @@ private:
         std::vector<std::unique_ptr<Change>> changes;
     };
 
-    void push(QString name, std::vector<std::unique_ptr<Change>> changes);
+    void push(const QString &name, std::vector<std::unique_ptr<Change>> changes);
     QString takeStepName(const QString &fallback);
 
     std::unique_ptr<QUndoStack> m_stack;

@@ -50,7 +50,8 @@ Vector3 rowTimes(const Vector3 &v, const Matrix &m)
 
 Matrix randomAffine(std::mt19937 &random)
 {
-    std::uniform_real_distribution<float> angle(-180.f, 180.f), scale(0.2f, 3.f), offset(-50.f, 50.f);
+    std::uniform_real_distribution<float> angle(-180.f, 180.f), scale(0.2f, 3.f),
+        offset(-50.f, 50.f);
     Matrix m;
     SetRotationDegrees(m, angle(random), angle(random), angle(random));
     const float s[3] = {scale(random), scale(random), scale(random)};
@@ -157,11 +158,14 @@ TEST(Inverse, OfASingularMatrixLeavesTheResultBitForBit)
         result[i] = float(i) * 1.5f - 3.f;
     const Matrix before = result;
     InvertMatrix(result, singular);
-    EXPECT_EQ(std::memcmp(result.m, before.m, sizeof result.m), 0);
+    // Bit for bit on purpose: not even a NaN or a -0 may be written.
+    EXPECT_EQ(std::memcmp(result.m, before.m, sizeof result.m),
+              0); // NOLINT(bugprone-suspicious-memory-comparison)
 
     Matrix inPlace = singular;
     InvertMatrix(inPlace, inPlace);
-    EXPECT_EQ(std::memcmp(inPlace.m, singular.m, sizeof inPlace.m), 0)
+    EXPECT_EQ(std::memcmp(inPlace.m, singular.m, sizeof inPlace.m),
+              0) // NOLINT(bugprone-suspicious-memory-comparison)
         << "in place, a singular matrix stays as it was";
 }
 

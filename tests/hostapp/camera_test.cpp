@@ -23,12 +23,8 @@ Projected project(const Camera &camera, const Vector3 &point, float viewportAspe
 {
     Matrix view, projection, viewProjection;
     CalculateViewMatrix(view, camera.GetGlobalMatrix());
-    CalculateProjectionMatrix(projection,
-                              camera.GetFieldOfView(),
-                              camera.GetAspectRatio(),
-                              viewportAspect,
-                              0.1f,
-                              1000.f);
+    CalculateProjectionMatrix(
+        projection, camera.GetFieldOfView(), camera.GetAspectRatio(), viewportAspect, 0.1f, 1000.f);
     MultiplyMatrices(viewProjection, view, projection);
     Vector4 h(point.x, point.y, point.z, 1.f);
     TransformVector4(h, viewProjection);
@@ -85,8 +81,10 @@ TEST(CameraMatrix, ImageLeftAndTopMapToNegativeXAndPositiveY)
     const Vector3 target = camera.GetTarget();
     const Matrix &m = camera.GetGlobalMatrix();
     const Vector3 left = row(m, 1), top = row(m, 2);
-    const Projected l = project(camera, {target.x + left.x, target.y + left.y, target.z + left.z}, 4.f / 3);
-    const Projected t = project(camera, {target.x + top.x, target.y + top.y, target.z + top.z}, 4.f / 3);
+    const Projected l
+        = project(camera, {target.x + left.x, target.y + left.y, target.z + left.z}, 4.f / 3);
+    const Projected t
+        = project(camera, {target.x + top.x, target.y + top.y, target.z + top.z}, 4.f / 3);
     const Projected c = project(camera, target, 4.f / 3);
     EXPECT_NEAR(c.x, 0.f, 1e-5f);
     EXPECT_NEAR(c.y, 0.f, 1e-5f);
@@ -124,18 +122,24 @@ TEST(Projection, PointsInsideTheFrameProjectInsideAndOthersOutside)
         camera.setPitch(-15);
         camera.SetAspectRatio(aspect);
         for (float depth : {1.f, 80.f, 500.f}) {
-            const float halfHeight = depth * std::tan(camera.GetFieldOfView() * 0.5f * DegreesToRadians);
+            const float halfHeight
+                = depth * std::tan(camera.GetFieldOfView() * 0.5f * DegreesToRadians);
             const float halfWidth = halfHeight * aspect;
             for (float sx : {-1.f, 1.f}) {
                 for (float sy : {-1.f, 1.f}) {
-                    const Projected in = project(camera, inFront(camera, depth, 0.99f * sx * halfWidth, 0.99f * sy * halfHeight), aspect);
+                    const Projected in = project(
+                        camera,
+                        inFront(camera, depth, 0.99f * sx * halfWidth, 0.99f * sy * halfHeight),
+                        aspect);
                     EXPECT_LE(std::abs(in.x), 1.f) << "aspect " << aspect << " depth " << depth;
                     EXPECT_LE(std::abs(in.y), 1.f) << "aspect " << aspect << " depth " << depth;
                     EXPECT_NEAR(in.x, 0.99f * sx, 1e-3f);
                     EXPECT_NEAR(in.y, 0.99f * sy, 1e-3f);
-                    const Projected wide = project(camera, inFront(camera, depth, 1.01f * sx * halfWidth, 0), aspect);
+                    const Projected wide = project(
+                        camera, inFront(camera, depth, 1.01f * sx * halfWidth, 0), aspect);
                     EXPECT_GT(std::abs(wide.x), 1.f) << "beyond the side edge";
-                    const Projected tall = project(camera, inFront(camera, depth, 0, 1.01f * sy * halfHeight), aspect);
+                    const Projected tall = project(
+                        camera, inFront(camera, depth, 0, 1.01f * sy * halfHeight), aspect);
                     EXPECT_GT(std::abs(tall.y), 1.f) << "beyond the top or bottom edge";
                 }
             }
@@ -168,6 +172,6 @@ TEST(CameraDistance, IsKeptWithinLimitsSoThatDoublingAndHalvingEnd)
         ASSERT_LT(steps, 64);
     }
     EXPECT_EQ(camera.GetDistance(), Camera::MaximumDistance);
-    EXPECT_TRUE(Near(row(camera.GetGlobalMatrix(), 3),
-                     inFront(camera, 0, 0, 0))) << "the matrix follows every setter";
+    EXPECT_TRUE(Near(row(camera.GetGlobalMatrix(), 3), inFront(camera, 0, 0, 0)))
+        << "the matrix follows every setter";
 }

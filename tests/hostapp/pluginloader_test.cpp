@@ -36,10 +36,12 @@ TEST(PluginLoader, RefusesWrongLibrariesWithAClearMessageAndStaysUsable)
         {fixture("fixture_no_instance"),
          QStringLiteral("not a plug-in: it has no qt_plugin_instance entry point")},
         {fixture("fixture_wrong_verification"),
-         QStringLiteral("built for another Qt or compiler: version is \"4.8.6\" where this program has \"%1\"")
+         QStringLiteral(
+             "built for another Qt or compiler: version is \"4.8.6\" where this program has \"%1\"")
              .arg(QLatin1String(QT_VERSION_STR))},
         {fixture("fixture_not_a_plugin"),
-         QStringLiteral("its plug-in object (QObject) does not offer com.quillenbard.vantrel.IPlugin")},
+         QStringLiteral(
+             "its plug-in object (QObject) does not offer com.quillenbard.vantrel.IPlugin")},
     };
 
     ApplicationContext app;
@@ -49,18 +51,21 @@ TEST(PluginLoader, RefusesWrongLibrariesWithAClearMessageAndStaysUsable)
         EXPECT_EQ(loader.load(c.path, app, &error), nullptr) << qPrintable(c.path);
         EXPECT_TRUE(error.startsWith(c.path + QStringLiteral(": "))) << qPrintable(error);
         EXPECT_TRUE(error.contains(c.message)) << qPrintable(error);
-        EXPECT_TRUE(app.registry().tools().empty()) << "nothing registered by " << qPrintable(c.path);
+        EXPECT_TRUE(app.registry().tools().empty())
+            << "nothing registered by " << qPrintable(c.path);
     }
     QString error;
     EXPECT_TRUE(loader.load(fixture("fixture_wrong_verification"), app, &error) == nullptr);
-    EXPECT_TRUE(error.contains(QStringLiteral("buildkey is \"macosx macx-cocoa g++-4 full-config\"")))
+    EXPECT_TRUE(
+        error.contains(QStringLiteral("buildkey is \"macosx macx-cocoa g++-4 full-config\"")))
         << "every differing field is named: " << qPrintable(error);
 
     IPlugin *plugin = loader.load(QStringLiteral(VANTREL_TOOLS_PLUGIN), app, &error);
     ASSERT_NE(plugin, nullptr) << qPrintable(error);
     EXPECT_EQ(app.registry().tools().size(), 5u);
     EXPECT_EQ(loader.load(QStringLiteral(VANTREL_TOOLS_PLUGIN), app, &error), nullptr);
-    EXPECT_TRUE(error.endsWith(QStringLiteral("this plug-in is already loaded"))) << qPrintable(error);
+    EXPECT_TRUE(error.endsWith(QStringLiteral("this plug-in is already loaded")))
+        << qPrintable(error);
     EXPECT_EQ(app.registry().tools().size(), 5u) << "a second load registers nothing";
 }
 

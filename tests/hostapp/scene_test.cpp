@@ -19,7 +19,8 @@ using vantrel::test::lowestWorldZ;
 namespace {
 
 // A diamond: its local box is the cube from -1 to 1, but its vertices are the six axis points.
-const std::vector<Vector3> diamond = {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 1}, {0, 0, -1}};
+const std::vector<Vector3> diamond
+    = {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 1}, {0, 0, -1}};
 
 std::vector<INode *> childrenOf(const BaseNode *node)
 {
@@ -31,7 +32,8 @@ std::vector<INode *> childrenOf(const BaseNode *node)
 TEST(NodeBox, ComesFromTheWorldVerticesNotFromTransformedBoxCorners)
 {
     Document document;
-    auto *parent = static_cast<SceneNode *>(document.root()->CreateChildGroup(QStringLiteral("Turned")));
+    auto *parent
+        = static_cast<SceneNode *>(document.root()->CreateChildGroup(QStringLiteral("Turned")));
     parent->SetRotation({0, 0, 30}, false);
     parent->SetScale({2, 2, 2}, 0);
     parent->SetPosition({5, 0, 10}, false);
@@ -57,7 +59,8 @@ TEST(NodeBox, ComesFromTheWorldVerticesNotFromTransformedBoxCorners)
     EXPECT_NEAR(local.min[2], -std::cos(M_PI / 4), 1e-5);
     EXPECT_NEAR(local.min[0], -1, 1e-6);
 
-    TBBox<float> empty = ComputeNodeBBox(document.root()->CreateChildGroup(QStringLiteral("Empty")));
+    TBBox<float> empty
+        = ComputeNodeBBox(document.root()->CreateChildGroup(QStringLiteral("Empty")));
     EXPECT_TRUE(IsBoxEmpty(empty)) << "a subtree without vertices has an empty box";
 }
 
@@ -82,7 +85,8 @@ TEST(NodeLists, PositionsAndPreOrderCollectionWithoutRepeats)
 TEST(Clone, CopiesTheSubtreeBesideTheOriginalAndSharesMeshesUntilOneChanges)
 {
     Document document;
-    auto *group = static_cast<SceneNode *>(document.root()->CreateChildGroup(QStringLiteral("Pair")));
+    auto *group
+        = static_cast<SceneNode *>(document.root()->CreateChildGroup(QStringLiteral("Pair")));
     MeshNode *book = group->createChildShape("generator.Book.HardCover", QStringLiteral("Book"));
     group->CreateChildLight(QStringLiteral("Lamp"));
     book->SetPosition({1, 2, 3}, false);
@@ -117,7 +121,8 @@ TEST(Move, InsertsAtTheIndexAppendsPastTheEndAndRefusesCycles)
     document.MoveNodes(root, 0, {c});
     EXPECT_EQ(childrenOf(root), (std::vector<INode *>{c, a, b}));
     document.MoveNodes(root, 99, {c, a});
-    EXPECT_EQ(childrenOf(root), (std::vector<INode *>{b, c, a})) << "past the end appends in list order";
+    EXPECT_EQ(childrenOf(root), (std::vector<INode *>{b, c, a}))
+        << "past the end appends in list order";
 
     const QByteArray before = dump(document);
     document.MoveNodes(inner, 0, {a});
@@ -131,6 +136,7 @@ TEST(Delete, TakesSubtreesOutWithTheirSelectionAndUndoPutsThemBackInPlace)
     Document document;
     BaseNode *root = document.root();
     std::vector<INode *> boxes;
+    boxes.reserve(6);
     for (int i = 0; i < 6; ++i)
         boxes.push_back(addBoxNode(root, QStringLiteral("Box %1").arg(i), {0, 0, 0}, {1, 1, 1}));
     INode *nested = boxes[4]->CreateChildGroup(QStringLiteral("Nested"));
@@ -154,7 +160,8 @@ TEST(Scale, AGroupOfTwentySevenThousandChildrenIsBuiltEmptiedAndRestored)
 {
     Document document;
     INode *group = document.root()->CreateChildGroup(QStringLiteral("Grid"));
-    INode *source = addBoxNode(static_cast<BaseNode *>(group), QStringLiteral("Box"), {0, 0, 0}, {1, 1, 1});
+    INode *source
+        = addBoxNode(static_cast<BaseNode *>(group), QStringLiteral("Box"), {0, 0, 0}, {1, 1, 1});
     const QByteArray empty = dump(document);
 
     document.BeginUndoGroup();
@@ -162,7 +169,9 @@ TEST(Scale, AGroupOfTwentySevenThousandChildrenIsBuiltEmptiedAndRestored)
         INode *copy = document.CloneNode(source, 1);
         copy->SetName(QStringLiteral("Box - %1").arg(i + 1));
         document.MoveNodes(group, i, {copy});
-        qobject_cast<ITransformations *>(copy)->SetPosition({float(i % 30), float(i / 30 % 30), float(i / 900)}, false);
+        qobject_cast<ITransformations *>(copy)->SetPosition(
+            {float(i % 30), float((i / 30) % 30), float(i / 900)},
+            false); // NOLINT(bugprone-integer-division): column, row, layer
     }
     document.EndUndoGroup();
     ASSERT_EQ(group->GetChildren().size(), 27000u);

@@ -44,23 +44,39 @@ TEST_F(UndoTest, EveryKindOfChangeIsUndoneAndRedoneExactly)
     const std::vector<std::pair<const char *, std::function<void()>>> changes = {
         {"name", [&] { m_box->SetName(QStringLiteral("Crate")); }},
         {"visibility", [&] { m_book->SetVisible(false); }},
-        {"position", [&] { m_box->SetPosition({1, 2, 3}, true); }},
-        {"rotation", [&] { m_book->SetRotation({10, 20, 30}, false); }},
-        {"scale", [&] { m_group->SetScale({2, 2, 0.5f}, 0); }},
+        {"position",
+         [&] {
+             m_box->SetPosition({1, 2, 3}, true);
+         }},
+        {"rotation",
+         [&] {
+             m_book->SetRotation({10, 20, 30}, false);
+         }},
+        {"scale",
+         [&] {
+             m_group->SetScale({2, 2, 0.5f}, 0);
+         }},
         {"light intensity", [&] { m_light->SetIntensity(0.25f); }},
         {"light shadow blur", [&] { m_light->SetShadowBlur(12.f); }},
         {"light casts shadows", [&] { m_light->SetCastShadows(true); }},
         {"light mode", [&] { m_light->SetLightMode(1); }},
         {"ambient level", [&] { m_document.SetAmbientIntensity(0.8f); }},
         {"lighting mode", [&] { m_document.SetLightingMode(1); }},
-        {"selection", [&] { m_document.SetSelection({m_box, m_light}, Document::ReplaceSelection); }},
+        {"selection",
+         [&] {
+             m_document.SetSelection({m_box, m_light}, Document::ReplaceSelection);
+         }},
         {"generator parameter", [&] { m_book->generator()->setProperty("type", 1); }},
         {"new group", [&] { m_document.root()->CreateChildGroup(QStringLiteral("New")); }},
         {"new light", [&] { m_group->CreateChildLight(QStringLiteral("Fill")); }},
-        {"new shape", [&] { m_group->createChildShape("generator.Boxes.Box", QStringLiteral("Carton")); }},
+        {"new shape",
+         [&] { m_group->createChildShape("generator.Boxes.Box", QStringLiteral("Carton")); }},
         {"clone", [&] { m_document.CloneNode(m_group, 0); }},
         {"deletion", [&] { m_document.DeleteNodes({m_group}); }},
-        {"move to another parent", [&] { m_document.MoveNodes(m_group, 0, {m_book, m_light}); }},
+        {"move to another parent",
+         [&] {
+             m_document.MoveNodes(m_group, 0, {m_book, m_light});
+         }},
         {"reorder among siblings", [&] { m_document.MoveNodes(m_document.root(), 0, {m_light}); }},
     };
     for (const auto &[what, change] : changes) {

@@ -3,10 +3,10 @@
 #include "host/iplugin.h"
 #include "host/pluginverification.h"
 #include "hostapp/core/applicationcontext.h"
-#include "hostapp/core/meshnode.h"
 #include "hostapp/core/document.h"
 #include "hostapp/core/documentcontext.h"
 #include "hostapp/core/headlessuserinterface.h"
+#include "hostapp/core/meshnode.h"
 #include "plugin/toolsplugin.h"
 #include "tests/support/testsupport.h"
 
@@ -153,7 +153,8 @@ TEST_F(PluginModule, HandsOutOneObjectAndAFreshOneAfterItWasDeleted)
 TEST_F(PluginModule, ExportsExactlyTheTwoEntryPoints)
 {
     QProcess nm;
-    nm.start(QStringLiteral("nm"), {QStringLiteral("-D"), QStringLiteral("--defined-only"), m_library.fileName()});
+    nm.start(QStringLiteral("nm"),
+             {QStringLiteral("-D"), QStringLiteral("--defined-only"), m_library.fileName()});
     ASSERT_TRUE(nm.waitForFinished(30000)) << "nm (binutils) must be installed";
     ASSERT_EQ(nm.exitCode(), 0) << nm.readAllStandardError().constData();
     QStringList symbols;
@@ -163,6 +164,7 @@ TEST_F(PluginModule, ExportsExactlyTheTwoEntryPoints)
             symbols.append(QString::fromLatin1(fields.last()));
     }
     symbols.sort();
-    EXPECT_EQ(symbols, (QStringList{QStringLiteral("qt_plugin_instance"),
-                                    QStringLiteral("qt_plugin_query_verification_data")}));
+    EXPECT_EQ(symbols,
+              (QStringList{QStringLiteral("qt_plugin_instance"),
+                           QStringLiteral("qt_plugin_query_verification_data")}));
 }

@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/testsupport.h"
 
+#include "host/imeshnode.h"
+#include "host/imeshpart.h"
 #include "hostapp/core/basenode.h"
 #include "hostapp/core/document.h"
 #include "hostapp/core/generators/externalmodelgenerator.h"
 #include "hostapp/core/meshnode.h"
 #include "hostapp/core/scenedump.h"
-#include "host/imeshnode.h"
-#include "host/imeshpart.h"
 
 #include <cmath>
 
@@ -32,14 +32,15 @@ namespace vantrel::test {
 {
     for (int i = 0; i < 16; ++i) {
         if (!(std::abs(actual[i] - expected[i]) <= tolerance)) {
-            return ::testing::AssertionFailure() << "element " << i << " is " << actual[i]
-                                                 << ", expected " << expected[i];
+            return ::testing::AssertionFailure()
+                   << "element " << i << " is " << actual[i] << ", expected " << expected[i];
         }
     }
     return ::testing::AssertionSuccess();
 }
 
-host::MeshNode *addBoxNode(host::BaseNode *parent, const QString &name, const Vector3 &min, const Vector3 &max)
+host::MeshNode *
+addBoxNode(host::BaseNode *parent, const QString &name, const Vector3 &min, const Vector3 &max)
 {
     std::vector<VertexRecord> vertices;
     for (int corner = 0; corner < 8; ++corner) {
@@ -58,7 +59,8 @@ host::MeshNode *addBoxNode(host::BaseNode *parent, const QString &name, const Ve
     return parent->createChildMesh(std::move(generator), name);
 }
 
-host::MeshNode *addPointsNode(host::BaseNode *parent, const QString &name, const std::vector<Vector3> &points)
+host::MeshNode *
+addPointsNode(host::BaseNode *parent, const QString &name, const std::vector<Vector3> &points)
 {
     std::vector<VertexRecord> vertices;
     for (const Vector3 &p : points) {

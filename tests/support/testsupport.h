@@ -20,15 +20,19 @@ class MeshNode;
 namespace vantrel::test {
 
 // Element-wise comparisons with a tolerance, for EXPECT_TRUE(Near(...)) << "what is checked".
-::testing::AssertionResult Near(const Vector3 &actual, const Vector3 &expected, float tolerance = 1e-4f);
-::testing::AssertionResult Near(const Matrix &actual, const Matrix &expected, float tolerance = 1e-4f);
+::testing::AssertionResult
+Near(const Vector3 &actual, const Vector3 &expected, float tolerance = 1e-4f);
+::testing::AssertionResult
+Near(const Matrix &actual, const Matrix &expected, float tolerance = 1e-4f);
 
 // A mesh node whose mesh is exactly the eight corners of the box from min to max (twelve
 // triangles), so that tests know every vertex without depending on a shape generator.
-host::MeshNode *addBoxNode(host::BaseNode *parent, const QString &name, const Vector3 &min, const Vector3 &max);
+host::MeshNode *
+addBoxNode(host::BaseNode *parent, const QString &name, const Vector3 &min, const Vector3 &max);
 // A mesh node whose vertices are exactly the given points (no triangles): shapes whose box is not
 // their hull, such as a diamond.
-host::MeshNode *addPointsNode(host::BaseNode *parent, const QString &name, const std::vector<Vector3> &points);
+host::MeshNode *
+addPointsNode(host::BaseNode *parent, const QString &name, const std::vector<Vector3> &points);
 // The lowest world-space z over every vertex of the node's subtree, computed here from the
 // node matrices and vertices in double precision, independently of the host's box functions.
 double lowestWorldZ(const host::BaseNode *node);

@@ -34,9 +34,15 @@ public:
     INode *GetRootNode() const override { return m_document.GetRootNode(); }
     ICamera *GetCamera() const override { return m_document.GetCamera(); }
     const std::vector<INode *> &GetSelection() const override { return m_selection; }
-    void SetSelection(const std::vector<INode *> &n, int mode) override { m_document.SetSelection(n, mode); }
+    void SetSelection(const std::vector<INode *> &n, int mode) override
+    {
+        m_document.SetSelection(n, mode);
+    }
     void DeleteNodes(const std::vector<INode *> &n) override { m_document.DeleteNodes(n); }
-    void MoveNodes(INode *p, int i, const std::vector<INode *> &n) override { m_document.MoveNodes(p, i, n); }
+    void MoveNodes(INode *p, int i, const std::vector<INode *> &n) override
+    {
+        m_document.MoveNodes(p, i, n);
+    }
     INode *CloneNode(INode *n, int flag) override { return m_document.CloneNode(n, flag); }
     float GetAmbientIntensity() const override { return m_document.GetAmbientIntensity(); }
     void SetAmbientIntensity(float v) override { m_document.SetAmbientIntensity(v); }
@@ -53,7 +59,7 @@ private:
 class PutOnTheFloorTest : public ::testing::Test
 {
 protected:
-    void select(std::vector<INode *> nodes)
+    void select(const std::vector<INode *> &nodes)
     {
         m_document.SetSelection(nodes, Document::ReplaceSelection);
         m_document.history().clear();
@@ -98,8 +104,10 @@ TEST_F(PutOnTheFloorTest, ARotatedShapeRestsOnItsLowestVertexNotItsBoxCorner)
 {
     // A diamond turned about x and y: its lowest point is a tip, well above where the corners of
     // its turned local box would reach.
-    MeshNode *gem = addPointsNode(m_document.root(), QStringLiteral("Gem"),
-                                  {{2, 0, 0}, {-2, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 3}, {0, 0, -3}});
+    MeshNode *gem
+        = addPointsNode(m_document.root(),
+                        QStringLiteral("Gem"),
+                        {{2, 0, 0}, {-2, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 3}, {0, 0, -3}});
     gem->SetRotation({40, 25, 10}, false);
     gem->SetPosition({1, 1, 7.5f}, false);
     select({gem});
@@ -111,7 +119,8 @@ TEST_F(PutOnTheFloorTest, ARotatedShapeRestsOnItsLowestVertexNotItsBoxCorner)
 
 TEST_F(PutOnTheFloorTest, AChildOfATurnedAndScaledParentLandsThroughTheParentsMatrix)
 {
-    auto *parent = static_cast<SceneNode *>(m_document.root()->CreateChildGroup(QStringLiteral("Parent")));
+    auto *parent
+        = static_cast<SceneNode *>(m_document.root()->CreateChildGroup(QStringLiteral("Parent")));
     parent->SetRotation({30, -20, 45}, false);
     parent->SetScale({1.5f, 0.5f, 2}, 0);
     parent->SetPosition({10, -3, 20}, false);
@@ -172,10 +181,12 @@ TEST_F(PutOnTheFloorTest, ASelectionOnTheFloorStillMakesOneUndoStep)
 
 TEST_F(PutOnTheFloorTest, ANodeUnderAFlattenedParentIsLeftWhereItIs)
 {
-    auto *flat = static_cast<SceneNode *>(m_document.root()->CreateChildGroup(QStringLiteral("Flat")));
+    auto *flat
+        = static_cast<SceneNode *>(m_document.root()->CreateChildGroup(QStringLiteral("Flat")));
     flat->SetScale({1, 0, 1}, 0); // singular: no local place reaches a given world place
     MeshNode *inside = addBoxNode(flat, QStringLiteral("Inside"), {0, 0, 4}, {1, 1, 5});
-    MeshNode *outside = addBoxNode(m_document.root(), QStringLiteral("Outside"), {0, 0, 2}, {1, 1, 3});
+    MeshNode *outside
+        = addBoxNode(m_document.root(), QStringLiteral("Outside"), {0, 0, 2}, {1, 1, 3});
     select({inside, outside});
     run();
     EXPECT_EQ(inside->GetPosition(), Vector3(0, 0, 0)) << "left where it is";
