@@ -159,13 +159,13 @@ TEST(Inverse, OfASingularMatrixLeavesTheResultBitForBit)
     const Matrix before = result;
     InvertMatrix(result, singular);
     // Bit for bit on purpose: not even a NaN or a -0 may be written.
-    EXPECT_EQ(std::memcmp(result.m, before.m, sizeof result.m),
-              0); // NOLINT(bugprone-suspicious-memory-comparison)
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison)
+    EXPECT_EQ(std::memcmp(result.m, before.m, sizeof result.m), 0);
 
     Matrix inPlace = singular;
     InvertMatrix(inPlace, inPlace);
-    EXPECT_EQ(std::memcmp(inPlace.m, singular.m, sizeof inPlace.m),
-              0) // NOLINT(bugprone-suspicious-memory-comparison)
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison)
+    EXPECT_EQ(std::memcmp(inPlace.m, singular.m, sizeof inPlace.m), 0)
         << "in place, a singular matrix stays as it was";
 }
 

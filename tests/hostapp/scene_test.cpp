@@ -169,9 +169,9 @@ TEST(Scale, AGroupOfTwentySevenThousandChildrenIsBuiltEmptiedAndRestored)
         INode *copy = document.CloneNode(source, 1);
         copy->SetName(QStringLiteral("Box - %1").arg(i + 1));
         document.MoveNodes(group, i, {copy});
+        const int column = i % 30, row = (i / 30) % 30, layer = i / 900;
         qobject_cast<ITransformations *>(copy)->SetPosition(
-            {float(i % 30), float((i / 30) % 30), float(i / 900)},
-            false); // NOLINT(bugprone-integer-division): column, row, layer
+            {float(column), float(row), float(layer)}, false);
     }
     document.EndUndoGroup();
     ASSERT_EQ(group->GetChildren().size(), 27000u);

@@ -10,8 +10,8 @@
 // Leaks inside Qt and the platform plug-in it loads, not ours. They are compiled in (rather than
 // only listed in .lsan.supp) because test discovery runs these programs at build time, outside
 // CTest's environment. Without LeakSanitizer the function is never called.
-extern "C" Q_DECL_EXPORT const char *
-__lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier)
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the name is the sanitizer runtime's hook
+extern "C" Q_DECL_EXPORT const char *__lsan_default_suppressions()
 {
     return "leak:libqoffscreen.so\nleak:libQt5Gui.so\nleak:libQt5Core.so\nleak:libfontconfig.so\n";
 }
