@@ -59,6 +59,19 @@ Vector3 normalized(const Vector3 &a, const Vector3 &fallback)
     return length > 1e-20f ? scale(a, 1.f / length) : fallback;
 }
 
+// A vertex record keeps its vectors as plain float arrays.
+Vector3 load(const float *v)
+{
+    return {v[0], v[1], v[2]};
+}
+
+void store(float *out, const Vector3 &v)
+{
+    out[0] = v.x;
+    out[1] = v.y;
+    out[2] = v.z;
+}
+
 float cross2(float ax, float az, float bx, float bz)
 {
     return ax * bz - az * bx;
@@ -76,20 +89,32 @@ float doubleArea(const MeshBuilder::Outline &loop)
     return area;
 }
 
+struct Bounds
+{
+    float xMin, xMax, zMin, zMax;
+};
+
+// The axis-aligned bounds of a non-empty outline.
+Bounds boundsOf(const MeshBuilder::Outline &outline)
+{
+    Bounds b = {outline[0].x, outline[0].x, outline[0].z, outline[0].z};
+    for (const MeshBuilder::OutlinePoint &p : outline) {
+        b.xMin = std::min(b.xMin, p.x);
+        b.xMax = std::max(b.xMax, p.x);
+        b.zMin = std::min(b.zMin, p.z);
+        b.zMax = std::max(b.zMax, p.z);
+    }
+    return b;
+}
+
 // The outline without repeated points, counter-clockwise; empty when nothing with an area is
 // left.
 MeshBuilder::Outline cleanLoop(const MeshBuilder::Outline &outline)
 {
     if (outline.size() < 3)
         return {};
-    float xMin = outline[0].x, xMax = xMin, zMin = outline[0].z, zMax = zMin;
-    for (const MeshBuilder::OutlinePoint &p : outline) {
-        xMin = std::min(xMin, p.x);
-        xMax = std::max(xMax, p.x);
-        zMin = std::min(zMin, p.z);
-        zMax = std::max(zMax, p.z);
-    }
-    const float tolerance = DuplicateFraction * std::max(xMax - xMin, zMax - zMin);
+    const Bounds box = boundsOf(outline);
+    const float tolerance = DuplicateFraction * std::max(box.xMax - box.xMin, box.zMax - box.zMin);
     const auto same
         = [tolerance](const MeshBuilder::OutlinePoint &a, const MeshBuilder::OutlinePoint &b) {
               return std::abs(a.x - b.x) <= tolerance && std::abs(a.z - b.z) <= tolerance;
@@ -170,12 +195,8 @@ quint32 MeshBuilder::addVertex(const Vector3 &position, const Vector3 &normal, f
 {
     Part &part = currentPart();
     VertexRecord record = {};
-    record.position[0] = position.x;
-    record.position[1] = position.y;
-    record.position[2] = position.z;
-    record.normal[0] = normal.x;
-    record.normal[1] = normal.y;
-    record.normal[2] = normal.z;
+    store(record.position, position);
+    store(record.normal, normal);
     // Planar mappings divide by the extent and can land a rounding step outside 0..1.
     record.texCoord[0] = qBound(0.f, u, 1.f);
     record.texCoord[1] = qBound(0.f, v, 1.f);
@@ -278,18 +299,13 @@ void MeshBuilder::addCap(const Outline &outer, const Outline &inner, float y, bo
 {
     // Planar mapping over the outline's bounds; the back face is seen from +y, where x runs
     // from right to left, so its u is mirrored to keep the picture the right way round.
-    float xMin = outer[0].x, xMax = xMin, zMin = outer[0].z, zMax = zMin;
-    for (const OutlinePoint &p : outer) {
-        xMin = std::min(xMin, p.x);
-        xMax = std::max(xMax, p.x);
-        zMin = std::min(zMin, p.z);
-        zMax = std::max(zMax, p.z);
-    }
-    const float width = std::max(xMax - xMin, 1e-20f), height = std::max(zMax - zMin, 1e-20f);
+    const Bounds box = boundsOf(outer);
+    const float width = std::max(box.xMax - box.xMin, 1e-20f);
+    const float height = std::max(box.zMax - box.zMin, 1e-20f);
     const Vector3 normal = facesBack ? Vector3(0, 1, 0) : Vector3(0, -1, 0);
     const auto vertex = [&](const OutlinePoint &p) {
-        const float u = facesBack ? (xMax - p.x) / width : (p.x - xMin) / width;
-        return addVertex(Vector3(p.x, y, p.z), normal, u, (zMax - p.z) / height);
+        const float u = facesBack ? (box.xMax - p.x) / width : (p.x - box.xMin) / width;
+        return addVertex(Vector3(p.x, y, p.z), normal, u, (box.zMax - p.z) / height);
     };
     const auto triangle = [&](quint32 a, quint32 b, quint32 c) {
         if (facesBack)
@@ -483,17 +499,12 @@ void MeshBuilder::transformSince(const Mark &mark, const Matrix &matrix)
         std::vector<VertexRecord> &vertices = m_parts[p].vertices;
         for (std::size_t i = p == mark.part ? mark.vertex : 0; i < vertices.size(); ++i) {
             VertexRecord &v = vertices[i];
-            Vector3 position(v.position[0], v.position[1], v.position[2]);
-            Vector3 normal(v.normal[0], v.normal[1], v.normal[2]);
+            Vector3 position = load(v.position);
+            Vector3 normal = load(v.normal);
             TransformPoint(position, matrix);
             TransformDirection(normal, matrix);
-            normal = normalized(normal, Vector3(0, 0, 1));
-            v.position[0] = position.x;
-            v.position[1] = position.y;
-            v.position[2] = position.z;
-            v.normal[0] = normal.x;
-            v.normal[1] = normal.y;
-            v.normal[2] = normal.z;
+            store(v.position, position);
+            store(v.normal, normalized(normal, Vector3(0, 0, 1)));
         }
     }
 }
@@ -505,10 +516,7 @@ void MeshBuilder::computeTangents(Part &part)
     // that is perpendicular to its normal.
     std::vector<VertexRecord> &vertices = part.vertices;
     std::vector<Vector3> tangents(vertices.size()), bitangents(vertices.size());
-    const auto position = [&vertices](quint32 i) {
-        const float *p = vertices[i].position;
-        return Vector3(p[0], p[1], p[2]);
-    };
+    const auto position = [&vertices](quint32 i) { return load(vertices[i].position); };
     for (std::size_t t = 0; t + 2 < part.indices.size(); t += 3) {
         const quint32 i0 = part.indices[t], i1 = part.indices[t + 1], i2 = part.indices[t + 2];
         const Vector3 e1 = subtract(position(i1), position(i0));
@@ -531,20 +539,16 @@ void MeshBuilder::computeTangents(Part &part)
     }
     for (std::size_t i = 0; i < vertices.size(); ++i) {
         VertexRecord &v = vertices[i];
-        const Vector3 normal(v.normal[0], v.normal[1], v.normal[2]);
+        const Vector3 normal = load(v.normal);
         Vector3 tangent = subtract(tangents[i], scale(normal, dot(normal, tangents[i])));
         // A vertex without usable texture directions still needs a valid frame.
         const Vector3 axis = std::abs(normal.x) < 0.9f ? Vector3(1, 0, 0) : Vector3(0, 1, 0);
         tangent = normalized(tangent, normalized(cross(axis, normal), Vector3(1, 0, 0)));
         const Vector3 side = cross(normal, tangent);
         const float handedness = dot(side, bitangents[i]) < 0.f ? -1.f : 1.f;
-        v.tangent[0] = tangent.x;
-        v.tangent[1] = tangent.y;
-        v.tangent[2] = tangent.z;
+        store(v.tangent, tangent);
         v.tangent[3] = handedness;
-        v.bitangent[0] = side.x * handedness;
-        v.bitangent[1] = side.y * handedness;
-        v.bitangent[2] = side.z * handedness;
+        store(v.bitangent, scale(side, handedness));
     }
 }
 
@@ -595,6 +599,11 @@ MeshBuilder::Outline MeshBuilder::roundedRectangle(
         }
     }
     return outline;
+}
+
+MeshBuilder::Outline MeshBuilder::rectangle(float xMin, float zMin, float xMax, float zMax)
+{
+    return roundedRectangle(xMin, zMin, xMax, zMax, CornerRadii{}, 1);
 }
 
 MeshBuilder::Outline MeshBuilder::circle(float centreX, float centreZ, float radius, int segments)

@@ -101,7 +101,7 @@ public:
     // The mesh of everything added so far. The builder is empty afterwards.
     MeshPtr build();
 
-    // Outlines for addPrism. Both run counter-clockwise in the xz-plane. Radii larger than
+    // Outlines for addPrism. All run counter-clockwise in the xz-plane. Radii larger than
     // half the shorter side are reduced to it.
     static Outline roundedRectangle(float xMin,
                                     float zMin,
@@ -109,6 +109,7 @@ public:
                                     float zMax,
                                     const CornerRadii &radii,
                                     int segmentsPerCorner);
+    static Outline rectangle(float xMin, float zMin, float xMax, float zMax);
     static Outline circle(float centreX, float centreZ, float radius, int segments);
 
     // The rigid transform that turns points about the vertical line through (x, y) by the angle

@@ -2,12 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/generators/bookgenerator.h"
 
-#include "hostapp/core/generators/lengthlimits.h"
+#include "hostapp/core/generators/styletable.h"
 #include "hostapp/core/meshbuilder.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 namespace vantrel::host {
 
@@ -16,55 +15,26 @@ namespace {
 struct BookStyle
 {
     const char *typeId;
-    float width, height, thickness; // defaults, centimetres
-    float board;                    // cover thickness, centimetres
-    float overhang;                 // of the covers past the page block, centimetres
+    FlatShapeGenerator::Size defaults;
+    float board;    // cover thickness, centimetres
+    float overhang; // of the covers past the page block, centimetres
 };
 
 // A royal octavo hard cover and an A4 magazine.
 const BookStyle s_styles[] = {
-    {BookGenerator::s_hardCoverId, 15.6f, 23.4f, 3.f, 0.25f, 0.3f},
-    {BookGenerator::s_magazineId, 21.f, 29.7f, 0.4f, 0.02f, 0.f},
+    {BookGenerator::s_hardCoverId, {15.6f, 23.4f, 3.f}, 0.25f, 0.3f},
+    {BookGenerator::s_magazineId, {21.f, 29.7f, 0.4f}, 0.02f, 0.f},
 };
-
-const BookStyle &styleFor(const char *typeId)
-{
-    for (const BookStyle &style : s_styles) {
-        if (std::strcmp(style.typeId, typeId) == 0)
-            return style;
-    }
-    return s_styles[0];
-}
 
 } // namespace
 
 BookGenerator::BookGenerator(const char *typeId)
-    : ShapeGenerator(typeId)
-{
-    const BookStyle &style = styleFor(typeId);
-    initValue("width", style.width);
-    initValue("height", style.height);
-    initValue("thickness", style.thickness);
-}
-
-void BookGenerator::setWidth(float width)
-{
-    setValue("width", QVariant(qBound(MinimumLength, width, MaximumLength)));
-}
-
-void BookGenerator::setHeight(float height)
-{
-    setValue("height", QVariant(qBound(MinimumLength, height, MaximumLength)));
-}
-
-void BookGenerator::setThickness(float thickness)
-{
-    setValue("thickness", QVariant(qBound(MinimumLength, thickness, MaximumLength)));
-}
+    : FlatShapeGenerator(typeId, styleFor(s_styles, typeId).defaults)
+{}
 
 MeshPtr BookGenerator::build() const
 {
-    const BookStyle &style = styleFor(GetTypeId());
+    const BookStyle &style = styleFor(s_styles, GetTypeId());
     const float w = width(), h = height(), t = thickness();
     // Boards never take more than half the thickness, nor the overhang a tenth of the page.
     const float board = std::min(style.board, 0.25f * t);

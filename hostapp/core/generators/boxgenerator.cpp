@@ -2,33 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/generators/boxgenerator.h"
 
-#include "hostapp/core/generators/lengthlimits.h"
 #include "hostapp/core/meshbuilder.h"
 
 namespace vantrel::host {
 
 BoxGenerator::BoxGenerator(const char *typeId)
-    : ShapeGenerator(typeId)
-{
-    initValue("width", 20.f);
-    initValue("height", 30.f);
-    initValue("depth", 10.f);
-}
-
-void BoxGenerator::setWidth(float width)
-{
-    setValue("width", QVariant(qBound(MinimumLength, width, MaximumLength)));
-}
-
-void BoxGenerator::setHeight(float height)
-{
-    setValue("height", QVariant(qBound(MinimumLength, height, MaximumLength)));
-}
-
-void BoxGenerator::setDepth(float depth)
-{
-    setValue("depth", QVariant(qBound(MinimumLength, depth, MaximumLength)));
-}
+    : CartonGenerator(typeId, {20.f, 30.f, 10.f})
+{}
 
 MeshPtr BoxGenerator::build() const
 {

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/generators/canvasgenerator.h"
 
-#include "hostapp/core/generators/lengthlimits.h"
 #include "hostapp/core/meshbuilder.h"
 
 #include <algorithm>
@@ -10,27 +9,8 @@
 namespace vantrel::host {
 
 CanvasGenerator::CanvasGenerator(const char *typeId)
-    : ShapeGenerator(typeId)
-{
-    initValue("width", 40.f);
-    initValue("height", 30.f);
-    initValue("depth", 2.f);
-}
-
-void CanvasGenerator::setWidth(float width)
-{
-    setValue("width", QVariant(qBound(MinimumLength, width, MaximumLength)));
-}
-
-void CanvasGenerator::setHeight(float height)
-{
-    setValue("height", QVariant(qBound(MinimumLength, height, MaximumLength)));
-}
-
-void CanvasGenerator::setDepth(float depth)
-{
-    setValue("depth", QVariant(qBound(MinimumLength, depth, MaximumLength)));
-}
+    : CartonGenerator(typeId, {40.f, 30.f, 2.f})
+{}
 
 MeshPtr CanvasGenerator::build() const
 {
@@ -43,12 +23,10 @@ MeshPtr CanvasGenerator::build() const
     builder.beginPart();
     builder.addBox(Vector3(-w / 2, -d / 2, 0.f), Vector3(w / 2, -d / 2 + sheet, h));
     builder.beginPart();
-    builder.addPrismWithHole(
-        MeshBuilder::roundedRectangle(-w / 2, 0.f, w / 2, h, MeshBuilder::CornerRadii{}, 1),
-        MeshBuilder::roundedRectangle(
-            -w / 2 + bar, bar, w / 2 - bar, h - bar, MeshBuilder::CornerRadii{}, 1),
-        -d / 2 + sheet,
-        d / 2);
+    builder.addPrismWithHole(MeshBuilder::rectangle(-w / 2, 0.f, w / 2, h),
+                             MeshBuilder::rectangle(-w / 2 + bar, bar, w / 2 - bar, h - bar),
+                             -d / 2 + sheet,
+                             d / 2);
     return builder.build();
 }
 

@@ -3,10 +3,10 @@
 #include "hostapp/core/generators/devicegenerator.h"
 
 #include "hostapp/core/generators/lengthlimits.h"
+#include "hostapp/core/generators/styletable.h"
 #include "hostapp/core/meshbuilder.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace vantrel::host {
 
@@ -15,25 +15,17 @@ namespace {
 struct DeviceStyle
 {
     const char *typeId;
-    float width, height, thickness, cornerRadius; // defaults, centimetres
-    float screenWidth, screenHeight;              // visible screen on the default size
+    FlatShapeGenerator::Size defaults;
+    float cornerRadius;              // default, centimetres
+    float screenWidth, screenHeight; // visible screen on the default size
 };
 
 // Screens: 9.7" 4:3, 3.5" 3:2 and 4" 16:9 panels.
 const DeviceStyle s_styles[] = {
-    {DeviceGenerator::s_iPadId, 18.57f, 24.12f, 0.88f, 1.3f, 14.78f, 19.71f},
-    {DeviceGenerator::s_iPhone4Id, 5.86f, 11.52f, 0.93f, 0.85f, 4.94f, 7.41f},
-    {DeviceGenerator::s_iPhone5Id, 5.86f, 12.38f, 0.76f, 0.9f, 4.98f, 8.86f},
+    {DeviceGenerator::s_iPadId, {18.57f, 24.12f, 0.88f}, 1.3f, 14.78f, 19.71f},
+    {DeviceGenerator::s_iPhone4Id, {5.86f, 11.52f, 0.93f}, 0.85f, 4.94f, 7.41f},
+    {DeviceGenerator::s_iPhone5Id, {5.86f, 12.38f, 0.76f}, 0.9f, 4.98f, 8.86f},
 };
-
-const DeviceStyle &styleFor(const char *typeId)
-{
-    for (const DeviceStyle &style : s_styles) {
-        if (std::strcmp(style.typeId, typeId) == 0)
-            return style;
-    }
-    return s_styles[0];
-}
 
 // The largest scale, at most 1, at which a centred screen of half-size (a, c) stays inside the
 // body's front (half-size (halfWidth, halfHeight), corners of radius r) with a bezel all round.
@@ -59,28 +51,9 @@ float screenScale(float a, float c, float halfWidth, float halfHeight, float r)
 } // namespace
 
 DeviceGenerator::DeviceGenerator(const char *typeId)
-    : ShapeGenerator(typeId)
+    : FlatShapeGenerator(typeId, styleFor(s_styles, typeId).defaults)
 {
-    const DeviceStyle &style = styleFor(typeId);
-    initValue("width", style.width);
-    initValue("height", style.height);
-    initValue("thickness", style.thickness);
-    initValue("cornerRadius", style.cornerRadius);
-}
-
-void DeviceGenerator::setWidth(float width)
-{
-    setValue("width", QVariant(qBound(MinimumLength, width, MaximumLength)));
-}
-
-void DeviceGenerator::setHeight(float height)
-{
-    setValue("height", QVariant(qBound(MinimumLength, height, MaximumLength)));
-}
-
-void DeviceGenerator::setThickness(float thickness)
-{
-    setValue("thickness", QVariant(qBound(MinimumLength, thickness, MaximumLength)));
+    initValue("cornerRadius", styleFor(s_styles, typeId).cornerRadius);
 }
 
 void DeviceGenerator::setCornerRadius(float cornerRadius)
@@ -90,26 +63,21 @@ void DeviceGenerator::setCornerRadius(float cornerRadius)
 
 MeshPtr DeviceGenerator::build() const
 {
-    const DeviceStyle &style = styleFor(GetTypeId());
+    const DeviceStyle &style = styleFor(s_styles, GetTypeId());
     const float w = width(), h = height(), t = thickness();
     const float r = std::min(cornerRadius(), 0.5f * std::min(w, h));
     // The cover glass sits half a millimetre below the bezel (less on a wafer-thin slab).
     const float recess = std::min(0.05f, 0.1f * t);
 
-    float screenHalfWidth = 0.5f * w * style.screenWidth / style.width;
-    float screenHalfHeight = 0.5f * h * style.screenHeight / style.height;
+    float screenHalfWidth = 0.5f * w * style.screenWidth / style.defaults.width;
+    float screenHalfHeight = 0.5f * h * style.screenHeight / style.defaults.height;
     const float k = screenScale(screenHalfWidth, screenHalfHeight, w / 2, h / 2, r);
     screenHalfWidth *= k;
     screenHalfHeight *= k;
 
-    const MeshBuilder::Outline front = MeshBuilder::roundedRectangle(
-        -w / 2, 0.f, w / 2, h, MeshBuilder::CornerRadii{r, r, r, r}, 8);
-    const MeshBuilder::Outline screen = MeshBuilder::roundedRectangle(-screenHalfWidth,
-                                                                      h / 2 - screenHalfHeight,
-                                                                      screenHalfWidth,
-                                                                      h / 2 + screenHalfHeight,
-                                                                      MeshBuilder::CornerRadii{},
-                                                                      1);
+    const MeshBuilder::Outline front = frontOutline(MeshBuilder::CornerRadii{r, r, r, r}, 8);
+    const MeshBuilder::Outline screen = MeshBuilder::rectangle(
+        -screenHalfWidth, h / 2 - screenHalfHeight, screenHalfWidth, h / 2 + screenHalfHeight);
     MeshBuilder builder;
     builder.beginPart(); // body: the bezel round the screen opening, then the rest of the slab
     builder.addPrismWithHole(front, screen, -t / 2, -t / 2 + recess);

@@ -3,21 +3,18 @@
 #pragma once
 
 #include "host/hostexport.h"
-#include "hostapp/core/shapegenerator.h"
+#include "hostapp/core/generators/flatshapegenerator.h"
 
 namespace vantrel::host {
 
 // A tablet or phone standing upright, screen facing -y: a slab with rounded corners (first part)
 // and the screen (second part), set half a millimetre into the front face. The screen keeps the
 // real device's proportion of the front and shrinks where large corners would cut into it.
-// Lengths are in centimetres and limited to MinimumLength..MaximumLength (lengthlimits.h);
-// cornerRadius to 0..MaximumLength, and in the mesh to half the shorter side.
-class VANTREL_HOST_EXPORT DeviceGenerator : public ShapeGenerator
+// cornerRadius is limited to 0..MaximumLength (lengthlimits.h), and in the mesh to half the
+// shorter side.
+class VANTREL_HOST_EXPORT DeviceGenerator : public FlatShapeGenerator
 {
     Q_OBJECT
-    Q_PROPERTY(float width READ width WRITE setWidth)                      // along x, centred
-    Q_PROPERTY(float height READ height WRITE setHeight)                   // along z, from 0
-    Q_PROPERTY(float thickness READ thickness WRITE setThickness)          // along y, centred
     Q_PROPERTY(float cornerRadius READ cornerRadius WRITE setCornerRadius) // seen from the front
 
 public:
@@ -28,12 +25,6 @@ public:
     // Any other identifier gets the tablet's proportions.
     explicit DeviceGenerator(const char *typeId);
 
-    float width() const { return value("width").toFloat(); }
-    void setWidth(float width);
-    float height() const { return value("height").toFloat(); }
-    void setHeight(float height);
-    float thickness() const { return value("thickness").toFloat(); }
-    void setThickness(float thickness);
     float cornerRadius() const { return value("cornerRadius").toFloat(); }
     void setCornerRadius(float cornerRadius);
 

@@ -2,10 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/generators/disccasegenerator.h"
 
-#include "hostapp/core/generators/lengthlimits.h"
+#include "hostapp/core/generators/styletable.h"
 #include "hostapp/core/meshbuilder.h"
-
-#include <cstring>
 
 namespace vantrel::host {
 
@@ -14,53 +12,25 @@ namespace {
 struct CaseStyle
 {
     const char *typeId;
-    float width, height, thickness; // defaults, centimetres
-    float coverShare;               // the cover's share of the closed thickness
-    float cornerRadius;             // of the case seen from the front, centimetres
+    FlatShapeGenerator::Size defaults;
+    float coverShare;   // the cover's share of the closed thickness
+    float cornerRadius; // of the case seen from the front, centimetres
 };
 
 const CaseStyle s_styles[] = {
-    {DiscCaseGenerator::s_dvdId, 13.5f, 19.f, 1.4f, 0.5f, 0.5f},
-    {DiscCaseGenerator::s_digipakDvdId, 13.5f, 19.f, 1.f, 0.2f, 0.f},
-    {DiscCaseGenerator::s_digipakCdId, 14.2f, 12.5f, 0.8f, 0.2f, 0.f},
-    {DiscCaseGenerator::s_slimCdId, 14.2f, 12.5f, 0.5f, 0.5f, 0.1f},
-    {DiscCaseGenerator::s_bluRayId, 12.8f, 14.8f, 1.2f, 0.5f, 0.6f},
+    {DiscCaseGenerator::s_dvdId, {13.5f, 19.f, 1.4f}, 0.5f, 0.5f},
+    {DiscCaseGenerator::s_digipakDvdId, {13.5f, 19.f, 1.f}, 0.2f, 0.f},
+    {DiscCaseGenerator::s_digipakCdId, {14.2f, 12.5f, 0.8f}, 0.2f, 0.f},
+    {DiscCaseGenerator::s_slimCdId, {14.2f, 12.5f, 0.5f}, 0.5f, 0.1f},
+    {DiscCaseGenerator::s_bluRayId, {12.8f, 14.8f, 1.2f}, 0.5f, 0.6f},
 };
-
-const CaseStyle &styleFor(const char *typeId)
-{
-    for (const CaseStyle &style : s_styles) {
-        if (std::strcmp(style.typeId, typeId) == 0)
-            return style;
-    }
-    return s_styles[0];
-}
 
 } // namespace
 
 DiscCaseGenerator::DiscCaseGenerator(const char *typeId)
-    : ShapeGenerator(typeId)
+    : FlatShapeGenerator(typeId, styleFor(s_styles, typeId).defaults)
 {
-    const CaseStyle &style = styleFor(typeId);
-    initValue("width", style.width);
-    initValue("height", style.height);
-    initValue("thickness", style.thickness);
     initValue("coverAngle", 0.f);
-}
-
-void DiscCaseGenerator::setWidth(float width)
-{
-    setValue("width", QVariant(qBound(MinimumLength, width, MaximumLength)));
-}
-
-void DiscCaseGenerator::setHeight(float height)
-{
-    setValue("height", QVariant(qBound(MinimumLength, height, MaximumLength)));
-}
-
-void DiscCaseGenerator::setThickness(float thickness)
-{
-    setValue("thickness", QVariant(qBound(MinimumLength, thickness, MaximumLength)));
 }
 
 void DiscCaseGenerator::setCoverAngle(float coverAngle)
@@ -70,12 +40,11 @@ void DiscCaseGenerator::setCoverAngle(float coverAngle)
 
 MeshPtr DiscCaseGenerator::build() const
 {
-    const CaseStyle &style = styleFor(GetTypeId());
-    const float w = width(), h = height(), t = thickness();
+    const CaseStyle &style = styleFor(s_styles, GetTypeId());
+    const float w = width(), t = thickness();
     const float cover = style.coverShare * t;
-    const float r = style.cornerRadius; // roundedRectangle keeps it within small cases
-    const MeshBuilder::Outline front = MeshBuilder::roundedRectangle(
-        -w / 2, 0.f, w / 2, h, MeshBuilder::CornerRadii{r, r, r, r}, 6);
+    const float r = style.cornerRadius; // the outline keeps it within small cases
+    const MeshBuilder::Outline front = frontOutline(MeshBuilder::CornerRadii{r, r, r, r}, 6);
 
     MeshBuilder builder;
     builder.beginPart(); // cover

@@ -2,11 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/generators/paperbackgenerator.h"
 
-#include "hostapp/core/generators/lengthlimits.h"
+#include "hostapp/core/generators/softcovercard.h"
+#include "hostapp/core/generators/styletable.h"
 #include "hostapp/core/meshbuilder.h"
-
-#include <algorithm>
-#include <cstring>
 
 namespace vantrel::host {
 
@@ -15,24 +13,15 @@ namespace {
 struct PaperbackStyle
 {
     const char *typeId;
-    float width, height, thickness; // defaults, centimetres
-    float coverHeight;              // of the front cover, as a fraction of the height
+    FlatShapeGenerator::Size defaults;
+    float coverHeight; // of the front cover, as a fraction of the height
 };
 
 // A trade paperback and a mass-market stepback.
 const PaperbackStyle s_styles[] = {
-    {PaperbackGenerator::s_paperbackId, 12.9f, 19.8f, 2.f, 1.f},
-    {PaperbackGenerator::s_stepbackId, 10.8f, 17.5f, 2.5f, 0.95f},
+    {PaperbackGenerator::s_paperbackId, {12.9f, 19.8f, 2.f}, 1.f},
+    {PaperbackGenerator::s_stepbackId, {10.8f, 17.5f, 2.5f}, 0.95f},
 };
-
-const PaperbackStyle &styleFor(const char *typeId)
-{
-    for (const PaperbackStyle &style : s_styles) {
-        if (std::strcmp(style.typeId, typeId) == 0)
-            return style;
-    }
-    return s_styles[0];
-}
 
 // Front cover angle in degrees for each value of type.
 const float s_coverAngles[] = {0.f, 30.f, 180.f};
@@ -40,28 +29,9 @@ const float s_coverAngles[] = {0.f, 30.f, 180.f};
 } // namespace
 
 PaperbackGenerator::PaperbackGenerator(const char *typeId)
-    : ShapeGenerator(typeId)
+    : FlatShapeGenerator(typeId, styleFor(s_styles, typeId).defaults)
 {
-    const PaperbackStyle &style = styleFor(typeId);
-    initValue("width", style.width);
-    initValue("height", style.height);
-    initValue("thickness", style.thickness);
     initValue("type", 0);
-}
-
-void PaperbackGenerator::setWidth(float width)
-{
-    setValue("width", QVariant(qBound(MinimumLength, width, MaximumLength)));
-}
-
-void PaperbackGenerator::setHeight(float height)
-{
-    setValue("height", QVariant(qBound(MinimumLength, height, MaximumLength)));
-}
-
-void PaperbackGenerator::setThickness(float thickness)
-{
-    setValue("thickness", QVariant(qBound(MinimumLength, thickness, MaximumLength)));
 }
 
 void PaperbackGenerator::setType(int type)
@@ -71,10 +41,9 @@ void PaperbackGenerator::setType(int type)
 
 MeshPtr PaperbackGenerator::build() const
 {
-    const PaperbackStyle &style = styleFor(GetTypeId());
+    const PaperbackStyle &style = styleFor(s_styles, GetTypeId());
     const float w = width(), h = height(), t = thickness();
-    // 300 g/m² card, thinner only where the book is too small to hold it.
-    const float cover = std::min({0.03f, 0.25f * t, 0.25f * w});
+    const float cover = softCoverCard(w, t);
 
     MeshBuilder builder;
     builder.beginPart(); // front cover

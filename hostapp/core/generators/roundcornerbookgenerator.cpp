@@ -3,35 +3,16 @@
 #include "hostapp/core/generators/roundcornerbookgenerator.h"
 
 #include "hostapp/core/generators/lengthlimits.h"
+#include "hostapp/core/generators/softcovercard.h"
 #include "hostapp/core/meshbuilder.h"
-
-#include <algorithm>
 
 namespace vantrel::host {
 
+// A trade paperback (12.9 x 19.8 cm) with 6 mm corners.
 RoundCornerBookGenerator::RoundCornerBookGenerator(const char *typeId)
-    : ShapeGenerator(typeId)
+    : FlatShapeGenerator(typeId, {12.9f, 19.8f, 2.5f})
 {
-    // A trade paperback (12.9 x 19.8 cm) with 6 mm corners.
-    initValue("width", 12.9f);
-    initValue("height", 19.8f);
-    initValue("thickness", 2.5f);
     initValue("cornerRadius", 0.6f);
-}
-
-void RoundCornerBookGenerator::setWidth(float width)
-{
-    setValue("width", QVariant(qBound(MinimumLength, width, MaximumLength)));
-}
-
-void RoundCornerBookGenerator::setHeight(float height)
-{
-    setValue("height", QVariant(qBound(MinimumLength, height, MaximumLength)));
-}
-
-void RoundCornerBookGenerator::setThickness(float thickness)
-{
-    setValue("thickness", QVariant(qBound(MinimumLength, thickness, MaximumLength)));
 }
 
 void RoundCornerBookGenerator::setCornerRadius(float cornerRadius)
@@ -42,15 +23,13 @@ void RoundCornerBookGenerator::setCornerRadius(float cornerRadius)
 MeshPtr RoundCornerBookGenerator::build() const
 {
     const float w = width(), h = height(), t = thickness();
-    // 300 g/m² card, thinner only where the book is too small to hold it.
-    const float cover = std::min({0.03f, 0.25f * t, 0.25f * w});
+    const float cover = softCoverCard(w, t);
     MeshBuilder::CornerRadii radii;
     radii.bottomRight = radii.topRight = cornerRadius(); // the fore-edge is at +x
     const int segments = 8;
 
     MeshBuilder builder;
-    const MeshBuilder::Outline page
-        = MeshBuilder::roundedRectangle(-w / 2, 0.f, w / 2, h, radii, segments);
+    const MeshBuilder::Outline page = frontOutline(radii, segments);
     builder.beginPart(); // front cover
     builder.addPrism(page, -t / 2, -t / 2 + cover);
     builder.beginPart(); // back cover

@@ -2,36 +2,17 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/generators/slidingboxgenerator.h"
 
-#include "hostapp/core/generators/lengthlimits.h"
 #include "hostapp/core/meshbuilder.h"
 
 #include <algorithm>
 
 namespace vantrel::host {
 
+// A gift-size slide box: a little larger than a phone.
 SlidingBoxGenerator::SlidingBoxGenerator(const char *typeId)
-    : ShapeGenerator(typeId)
+    : CartonGenerator(typeId, {16.f, 4.f, 10.f})
 {
-    // A gift-size slide box: a little larger than a phone.
-    initValue("width", 16.f);
-    initValue("height", 4.f);
-    initValue("depth", 10.f);
     initValue("slide", 0.f);
-}
-
-void SlidingBoxGenerator::setWidth(float width)
-{
-    setValue("width", QVariant(qBound(MinimumLength, width, MaximumLength)));
-}
-
-void SlidingBoxGenerator::setHeight(float height)
-{
-    setValue("height", QVariant(qBound(MinimumLength, height, MaximumLength)));
-}
-
-void SlidingBoxGenerator::setDepth(float depth)
-{
-    setValue("depth", QVariant(qBound(MinimumLength, depth, MaximumLength)));
 }
 
 void SlidingBoxGenerator::setSlide(float slide)

@@ -9,29 +9,11 @@
 
 namespace vantrel::host {
 
+// The size of a boxed accessory on a peg hook.
 TaggedBoxGenerator::TaggedBoxGenerator(const char *typeId)
-    : ShapeGenerator(typeId)
+    : CartonGenerator(typeId, {12.f, 18.f, 4.f})
 {
-    // The size of a boxed accessory on a peg hook.
-    initValue("width", 12.f);
-    initValue("height", 18.f);
-    initValue("depth", 4.f);
     initValue("tagHeight", 4.f);
-}
-
-void TaggedBoxGenerator::setWidth(float width)
-{
-    setValue("width", QVariant(qBound(MinimumLength, width, MaximumLength)));
-}
-
-void TaggedBoxGenerator::setHeight(float height)
-{
-    setValue("height", QVariant(qBound(MinimumLength, height, MaximumLength)));
-}
-
-void TaggedBoxGenerator::setDepth(float depth)
-{
-    setValue("depth", QVariant(qBound(MinimumLength, depth, MaximumLength)));
 }
 
 void TaggedBoxGenerator::setTagHeight(float tagHeight)

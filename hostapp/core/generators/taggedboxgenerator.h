@@ -3,20 +3,17 @@
 #pragma once
 
 #include "host/hostexport.h"
-#include "hostapp/core/shapegenerator.h"
+#include "hostapp/core/generators/cartongenerator.h"
 
 namespace vantrel::host {
 
 // A retail box with a hang tab: the carton's six panels (one part each, as for a plain box) and,
 // standing on the lid flush with the back panel, a card tab with rounded top corners and a round
-// hang hole (the seventh part). The tab is half as wide as the box.
-// Lengths are in centimetres and limited to MinimumLength..MaximumLength (lengthlimits.h).
-class VANTREL_HOST_EXPORT TaggedBoxGenerator : public ShapeGenerator
+// hang hole (the seventh part). The tab is half as wide as the box. height is the carton's,
+// without the tab; tagHeight is limited to MinimumLength..MaximumLength (lengthlimits.h).
+class VANTREL_HOST_EXPORT TaggedBoxGenerator : public CartonGenerator
 {
     Q_OBJECT
-    Q_PROPERTY(float width READ width WRITE setWidth)    // along x, centred on x = 0
-    Q_PROPERTY(float height READ height WRITE setHeight) // of the carton, along z from the floor
-    Q_PROPERTY(float depth READ depth WRITE setDepth)    // along y, centred on y = 0
     Q_PROPERTY(float tagHeight READ tagHeight WRITE setTagHeight) // of the tab above the lid
 
 public:
@@ -24,12 +21,6 @@ public:
 
     explicit TaggedBoxGenerator(const char *typeId);
 
-    float width() const { return value("width").toFloat(); }
-    void setWidth(float width);
-    float height() const { return value("height").toFloat(); }
-    void setHeight(float height);
-    float depth() const { return value("depth").toFloat(); }
-    void setDepth(float depth);
     float tagHeight() const { return value("tagHeight").toFloat(); }
     void setTagHeight(float tagHeight);
 
