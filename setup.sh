@@ -27,7 +27,7 @@ for argument in "$@"; do
 done
 
 packages=(build-essential binutils cmake ninja-build clang-format
-          qtbase5-dev qtscript5-dev libqt5opengl5-dev
+          qtbase5-dev qtscript5-dev
           googletest libgtest-dev libbenchmark-dev)
 missing=()
 for package in "${packages[@]}"; do
