@@ -73,7 +73,7 @@ int runDemo(const QString &pluginPath, QTextStream &out, QTextStream &err)
 
     Document document;
     HeadlessUserInterface ui;
-    QObject::connect(&ui, &HeadlessUserInterface::messageShown, [&out](const QString &text) {
+    QObject::connect(&ui, &HeadlessUserInterface::messageShown, &ui, [&out](const QString &text) {
         out << "  message: " << text << '\n';
     });
     DocumentContext context(&document, &ui);
