@@ -10,7 +10,9 @@
 
 #include <vector>
 
+class IDocumentContext;
 class INode;
+class QScriptEngine;
 
 // The node's index among its parent's children; -1 for a node without a parent.
 VANTREL_HOST_EXPORT int GetNodePos(const INode *node);
@@ -54,3 +56,7 @@ VANTREL_HOST_EXPORT void CalculateProjectionMatrix(Matrix &projection,
                                                    float viewportAspect,
                                                    float nearPlane,
                                                    float farPlane);
+
+// The document context whose script engine this is; null for an engine that belongs to no
+// document.
+VANTREL_HOST_EXPORT IDocumentContext *documentContextFromScriptEngine(QScriptEngine *engine);

@@ -7,6 +7,8 @@
 #include "host/imeshpart.h"
 #include "host/inode.h"
 
+#include <QScriptEngine>
+
 #include <cmath>
 #include <unordered_set>
 
@@ -130,4 +132,13 @@ void CalculateProjectionMatrix(Matrix &projection,
     projection[10] = (farPlane + nearPlane) / (farPlane - nearPlane);
     projection[11] = 1.f; // w = depth in front of the camera
     projection[14] = -2.f * farPlane * nearPlane / (farPlane - nearPlane);
+}
+
+IDocumentContext *documentContextFromScriptEngine(QScriptEngine *engine)
+{
+    // Engines made by the host carry their document context; any other engine has none.
+    if (!engine)
+        return nullptr;
+    return reinterpret_cast<IDocumentContext *>(
+        engine->property("vantrelDocumentContext").value<quintptr>());
 }

@@ -1,0 +1,293 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/core/documentscriptapi.h"
+
+#include "host/itool.h"
+#include "hostapp/core/basenode.h"
+#include "hostapp/core/document.h"
+#include "hostapp/core/documentcontext.h"
+#include "hostapp/core/headlessuserinterface.h"
+#include "hostapp/core/scenedump.h"
+#include "hostapp/core/scriptrunner.h"
+#include "hostapp/core/scriptvalues.h"
+#include "hostapp/core/toolregistry.h"
+#include "hostapp/core/windowscriptapi.h"
+
+namespace vantrel::host {
+
+namespace {
+
+ScriptRunner &runner(QScriptEngine *engine)
+{
+    return *qobject_cast<ScriptRunner *>(engine->parent());
+}
+
+Document &document(QScriptEngine *engine)
+{
+    return runner(engine).document();
+}
+
+QScriptValue readOnly(QScriptContext *context, const char *name)
+{
+    return context->throwError(QScriptContext::TypeError,
+                               QStringLiteral("%1 is read only").arg(QLatin1String(name)));
+}
+
+QScriptValue root(QScriptContext *context, QScriptEngine *engine)
+{
+    return isWrite(context) ? readOnly(context, "root")
+                            : runner(engine).wrap(document(engine).root());
+}
+
+QScriptValue selection(QScriptContext *context, QScriptEngine *engine)
+{
+    if (!isWrite(context)) {
+        const std::vector<INode *> &selected = document(engine).GetSelection();
+        QScriptValue array = engine->newArray(uint(selected.size()));
+        for (std::size_t i = 0; i < selected.size(); ++i)
+            array.setProperty(quint32(i), runner(engine).wrap(selected[i]));
+        return array;
+    }
+    std::vector<INode *> nodes;
+    if (!context->argument(0).isArray() || !runner(engine).ToNodeList(context->argument(0), &nodes))
+        return context->throwError(QScriptContext::TypeError,
+                                   QStringLiteral("selection must be an array of nodes"));
+    document(engine).SetSelection(nodes, Document::ReplaceSelection);
+    return QScriptValue();
+}
+
+QScriptValue ambient(QScriptContext *context, QScriptEngine *engine)
+{
+    if (!isWrite(context))
+        return double(document(engine).GetAmbientIntensity());
+    float value = 0;
+    if (!fromScript(context->argument(0), &value))
+        return context->throwError(QScriptContext::TypeError,
+                                   QStringLiteral("ambient must be a number"));
+    document(engine).SetAmbientIntensity(value);
+    return QScriptValue();
+}
+
+QScriptValue count(QScriptContext *context, QScriptEngine *engine, bool redo)
+{
+    if (isWrite(context))
+        return readOnly(context, redo ? "redoCount" : "undoCount");
+    const UndoHistory &history = document(engine).history();
+    return redo ? history.redoCount() : history.undoCount();
+}
+
+QScriptValue undoCount(QScriptContext *c, QScriptEngine *e)
+{
+    return count(c, e, false);
+}
+
+QScriptValue redoCount(QScriptContext *c, QScriptEngine *e)
+{
+    return count(c, e, true);
+}
+
+QScriptValue undo(QScriptContext *, QScriptEngine *engine)
+{
+    return runner(engine).undoFromScript(false);
+}
+
+QScriptValue redo(QScriptContext *, QScriptEngine *engine)
+{
+    return runner(engine).undoFromScript(true);
+}
+
+// Nodes below the root in pre-order whose name is exactly name; the first one only when
+// firstOnly is set.
+std::vector<INode *> findByName(Document &document, const QString &name, bool firstOnly)
+{
+    std::vector<INode *> found;
+    std::vector<INode *> pending(document.root()->GetChildren().rbegin(),
+                                 document.root()->GetChildren().rend());
+    while (!pending.empty()) {
+        INode *node = pending.back();
+        pending.pop_back();
+        if (node->GetName() == name) {
+            found.push_back(node);
+            if (firstOnly)
+                break;
+        }
+        const std::vector<INode *> &children = node->GetChildren();
+        pending.insert(pending.end(), children.rbegin(), children.rend());
+    }
+    return found;
+}
+
+QScriptValue findNode(QScriptContext *context, QScriptEngine *engine)
+{
+    const std::vector<INode *> found
+        = findByName(document(engine), context->argument(0).toString(), true);
+    return found.empty() ? engine->nullValue() : runner(engine).wrap(found.front());
+}
+
+QScriptValue findNodes(QScriptContext *context, QScriptEngine *engine)
+{
+    const std::vector<INode *> found
+        = findByName(document(engine), context->argument(0).toString(), false);
+    QScriptValue array = engine->newArray(uint(found.size()));
+    for (std::size_t i = 0; i < found.size(); ++i)
+        array.setProperty(quint32(i), runner(engine).wrap(found[i]));
+    return array;
+}
+
+QScriptValue toolTitles(QScriptContext *, QScriptEngine *engine)
+{
+    QStringList titles;
+    if (ToolRegistry *registry = runner(engine).registry()) {
+        for (const ITool *tool : registry->toolsByOrder())
+            titles.append(tool->GetTitle());
+    }
+    return engine->toScriptValue(titles);
+}
+
+QScriptValue runTool(QScriptContext *context, QScriptEngine *engine)
+{
+    const QString title = context->argument(0).toString();
+    ToolRegistry *registry = runner(engine).registry();
+    ITool *tool = registry ? registry->findTool(title) : nullptr;
+    if (!tool)
+        return context->throwError(QStringLiteral("No tool is titled \"%1\"").arg(title));
+    DocumentContext &documentContext = runner(engine).context();
+    if (!tool->IsEnabled(documentContext))
+        return context->throwError(QStringLiteral("Tool is disabled: %1").arg(title));
+    auto *ui = qobject_cast<HeadlessUserInterface *>(documentContext.GetUserInterface());
+    const int messagesBefore = ui ? ui->messages().size() : 0;
+    tool->Execute(documentContext);
+    // The text of the message the tool showed, if it showed one.
+    if (ui && ui->messages().size() > messagesBefore)
+        return ui->messages().last().text;
+    return QString();
+}
+
+QScriptValue window(QScriptContext *context, QScriptEngine *engine)
+{
+    return isWrite(context) ? readOnly(context, "window")
+                            : wrapWindow(engine, runner(engine).openWindow());
+}
+
+QScriptValue dump(QScriptContext *, QScriptEngine *engine)
+{
+    return QString::fromUtf8(dumpScene(document(engine)));
+}
+
+// ---- camera ----
+
+QScriptValue cameraTarget(QScriptContext *context, QScriptEngine *engine)
+{
+    Camera &camera = *document(engine).camera();
+    if (!isWrite(context))
+        return toScript(engine, camera.GetTarget());
+    Vector3 target;
+    if (!fromScript(context->argument(0), &target))
+        return context->throwError(QScriptContext::TypeError,
+                                   QStringLiteral("target must be an array of three numbers"));
+    camera.SetTarget(target);
+    return QScriptValue();
+}
+
+QScriptValue cameraNumber(QScriptContext *context,
+                          QScriptEngine *engine,
+                          const char *what,
+                          float (Camera::*get)() const,
+                          void (Camera::*set)(float))
+{
+    Camera &camera = *document(engine).camera();
+    if (!isWrite(context))
+        return double((camera.*get)());
+    float value = 0;
+    if (!fromScript(context->argument(0), &value))
+        return context->throwError(QScriptContext::TypeError,
+                                   QStringLiteral("%1 must be a number").arg(QLatin1String(what)));
+    (camera.*set)(value);
+    return QScriptValue();
+}
+
+QScriptValue cameraDistance(QScriptContext *c, QScriptEngine *e)
+{
+    return cameraNumber(c, e, "distance", &Camera::GetDistance, &Camera::SetDistance);
+}
+
+QScriptValue cameraFieldOfView(QScriptContext *c, QScriptEngine *e)
+{
+    return cameraNumber(c, e, "fieldOfView", &Camera::GetFieldOfView, &Camera::setFieldOfView);
+}
+
+QScriptValue cameraAspectRatio(QScriptContext *c, QScriptEngine *e)
+{
+    return cameraNumber(c, e, "aspectRatio", &Camera::GetAspectRatio, &Camera::SetAspectRatio);
+}
+
+QScriptValue cameraYaw(QScriptContext *c, QScriptEngine *e)
+{
+    return cameraNumber(c, e, "yaw", &Camera::yaw, &Camera::setYaw);
+}
+
+QScriptValue cameraPitch(QScriptContext *c, QScriptEngine *e)
+{
+    return cameraNumber(c, e, "pitch", &Camera::pitch, &Camera::setPitch);
+}
+
+QScriptValue cameraGlobalMatrix(QScriptContext *context, QScriptEngine *engine)
+{
+    return isWrite(context) ? readOnly(context, "globalMatrix")
+                            : toScript(engine, document(engine).camera()->GetGlobalMatrix().m, 16);
+}
+
+void accessor(QScriptEngine *engine,
+              QScriptValue &object,
+              const char *name,
+              QScriptEngine::FunctionSignature fn)
+{
+    object.setProperty(QLatin1String(name),
+                       engine->newFunction(fn),
+                       QScriptValue::PropertyGetter | QScriptValue::PropertySetter
+                           | QScriptValue::Undeletable);
+}
+
+void method(QScriptEngine *engine,
+            QScriptValue &object,
+            const char *name,
+            QScriptEngine::FunctionSignature fn,
+            int arguments)
+{
+    object.setProperty(
+        QLatin1String(name), engine->newFunction(fn, arguments), QScriptValue::Undeletable);
+}
+
+} // namespace
+
+QScriptValue makeDocumentObject(QScriptEngine *engine)
+{
+    QScriptValue camera = engine->newObject();
+    accessor(engine, camera, "target", cameraTarget);
+    accessor(engine, camera, "distance", cameraDistance);
+    accessor(engine, camera, "fieldOfView", cameraFieldOfView);
+    accessor(engine, camera, "aspectRatio", cameraAspectRatio);
+    accessor(engine, camera, "yaw", cameraYaw);
+    accessor(engine, camera, "pitch", cameraPitch);
+    accessor(engine, camera, "globalMatrix", cameraGlobalMatrix);
+
+    QScriptValue object = engine->newObject();
+    accessor(engine, object, "root", root);
+    accessor(engine, object, "selection", selection);
+    accessor(engine, object, "ambient", ambient);
+    object.setProperty(
+        QStringLiteral("camera"), camera, QScriptValue::ReadOnly | QScriptValue::Undeletable);
+    accessor(engine, object, "undoCount", undoCount);
+    accessor(engine, object, "redoCount", redoCount);
+    accessor(engine, object, "window", window);
+    method(engine, object, "findNode", findNode, 1);
+    method(engine, object, "findNodes", findNodes, 1);
+    method(engine, object, "undo", undo, 0);
+    method(engine, object, "redo", redo, 0);
+    method(engine, object, "toolTitles", toolTitles, 0);
+    method(engine, object, "runTool", runTool, 1);
+    method(engine, object, "dump", dump, 0);
+    return object;
+}
+
+} // namespace vantrel::host

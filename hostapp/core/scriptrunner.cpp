@@ -1,0 +1,185 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/core/scriptrunner.h"
+
+#include "host/hostfunctions.h"
+#include "hostapp/core/basenode.h"
+#include "hostapp/core/document.h"
+#include "hostapp/core/documentcontext.h"
+#include "hostapp/core/documentscriptapi.h"
+#include "hostapp/core/headlessuserinterface.h"
+#include "hostapp/core/nodescriptapi.h"
+
+#include <QScriptContext>
+#include <QScriptEngine>
+
+namespace vantrel::host {
+
+namespace {
+
+// The engine's dynamic property that names its document context.
+const char *const ContextProperty = "vantrelDocumentContext";
+
+// Node wrappers show nothing of QObject (no objectName, no deleteLater): the script API is the
+// accessors of the node prototypes. One wrapper per node makes === compare nodes.
+const QScriptEngine::QObjectWrapOptions NodeWrapOptions
+    = QScriptEngine::PreferExistingWrapperObject | QScriptEngine::ExcludeSuperClassContents
+      | QScriptEngine::ExcludeDeleteLater | QScriptEngine::ExcludeChildObjects;
+
+QScriptValue print(QScriptContext *context, QScriptEngine *engine)
+{
+    QStringList parts;
+    for (int i = 0; i < context->argumentCount(); ++i)
+        parts.append(context->argument(i).toString());
+    if (auto *runner = qobject_cast<ScriptRunner *>(engine->parent()))
+        emit runner->printed(parts.join(QLatin1Char(' ')));
+    return engine->undefinedValue();
+}
+
+} // namespace
+
+void bindScriptEngine(QScriptEngine *engine, IDocumentContext *context)
+{
+    engine->setProperty(ContextProperty, QVariant::fromValue(quintptr(context)));
+}
+
+ScriptRunner::ScriptRunner(DocumentContext &context, ToolRegistry *registry)
+    : m_engine(new QScriptEngine(this))
+    , m_context(context)
+    , m_registry(registry)
+{
+    bindScriptEngine(m_engine, &context);
+    context.setScriptRunner(this);
+    for (int kind = 0; kind < 4; ++kind)
+        m_prototypes[kind] = makeNodePrototype(m_engine, kind);
+    QScriptValue global = m_engine->globalObject();
+    m_tools = m_engine->newObject();
+    global.setProperty(QStringLiteral("tools"), m_tools, QScriptValue::Undeletable);
+    global.setProperty(
+        QStringLiteral("document"), makeDocumentObject(m_engine), QScriptValue::Undeletable);
+    global.setProperty(QStringLiteral("print"), m_engine->newFunction(print));
+}
+
+ScriptRunner::~ScriptRunner()
+{
+    if (m_context.GetScriptRunner() == this)
+        m_context.setScriptRunner(nullptr);
+    bindScriptEngine(m_engine, nullptr);
+}
+
+Document &ScriptRunner::document() const
+{
+    return *m_context.document();
+}
+
+void ScriptRunner::RegisterFunction(const char *name, QScriptEngine::FunctionSignature function)
+{
+    m_tools.setProperty(QString::fromLatin1(name), m_engine->newFunction(function));
+}
+
+bool ScriptRunner::ToNodeList(const QScriptValue &value, std::vector<INode *> *out)
+{
+    std::vector<INode *> nodes;
+    if (BaseNode *single = unwrap(value)) {
+        nodes.push_back(single);
+    } else if (value.isArray()) {
+        const quint32 length = value.property(QStringLiteral("length")).toUInt32();
+        nodes.reserve(length);
+        for (quint32 i = 0; i < length; ++i) {
+            BaseNode *node = unwrap(value.property(i));
+            if (!node)
+                return false; // one element that is not a node spoils the list
+            nodes.push_back(node);
+        }
+    } else {
+        return false;
+    }
+    *out = std::move(nodes);
+    return true;
+}
+
+bool ScriptRunner::ToDictionary(const QScriptValue &value, QVariantMap *out)
+{
+    // Only objects whose prototype is Object.prototype: arrays, functions, dates, regular
+    // expressions and Qt objects (nodes) all have prototypes of their own.
+    const QScriptValue objectPrototype = m_engine->globalObject()
+                                             .property(QStringLiteral("Object"))
+                                             .property(QStringLiteral("prototype"));
+    if (!value.isObject() || value.isQObject() || value.isVariant()
+        || !value.prototype().strictlyEquals(objectPrototype))
+        return false;
+    *out = value.toVariant().toMap();
+    return true;
+}
+
+bool ScriptRunner::evaluate(const QString &program, const QString &fileName, QString *errorMessage)
+{
+    UndoHistory &history = document().history();
+    history.setNextStepName(QStringLiteral("Script"));
+    history.beginGroup();
+    const int groups = history.openGroupCount();
+    ++m_evaluationDepth;
+    const QScriptValue result = m_engine->evaluate(program, fileName);
+    --m_evaluationDepth;
+    // A tool window the script left open keeps its own group open; close it the way Cancel
+    // would, so that the script's group is the innermost again.
+    if (history.openGroupCount() > groups) {
+        if (QDialog *window = openWindow())
+            delete window;
+    }
+    while (history.openGroupCount() > groups)
+        history.cancelGroup();
+    if (m_engine->hasUncaughtException()) {
+        if (errorMessage) {
+            *errorMessage = QStringLiteral("%1:%2: %3")
+                                .arg(fileName)
+                                .arg(m_engine->uncaughtExceptionLineNumber())
+                                .arg(result.toString());
+        }
+        m_engine->clearExceptions();
+        history.cancelGroup();
+        emit document().changed();
+        return false;
+    }
+    history.endGroup(UndoHistory::EmptyGroup::Drop);
+    return true;
+}
+
+QScriptValue ScriptRunner::wrap(INode *node)
+{
+    auto *own = document().ownNode(node);
+    if (!own)
+        return m_engine->nullValue();
+    QScriptValue object = m_engine->newQObject(own, QScriptEngine::QtOwnership, NodeWrapOptions);
+    const int kind = own->GetNodeType();
+    object.setPrototype(m_prototypes[kind >= 0 && kind < 4 ? kind : 3]);
+    return object;
+}
+
+BaseNode *ScriptRunner::unwrap(const QScriptValue &value) const
+{
+    auto *node = qobject_cast<BaseNode *>(value.toQObject());
+    return node && node->document() == &document() ? node : nullptr;
+}
+
+bool ScriptRunner::undoFromScript(bool redo)
+{
+    UndoHistory &history = document().history();
+    const bool inScript = m_evaluationDepth > 0 && history.openGroupCount() == 1;
+    if (inScript)
+        history.endGroup(UndoHistory::EmptyGroup::Drop);
+    const bool done = redo ? document().redo() : document().undo();
+    if (inScript) {
+        history.setNextStepName(QStringLiteral("Script"));
+        history.beginGroup();
+    }
+    return done;
+}
+
+QDialog *ScriptRunner::openWindow() const
+{
+    auto *ui = qobject_cast<HeadlessUserInterface *>(m_context.GetUserInterface());
+    return ui ? ui->openWindow() : nullptr;
+}
+
+} // namespace vantrel::host

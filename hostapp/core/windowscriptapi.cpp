@@ -1,0 +1,180 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/core/windowscriptapi.h"
+
+#include "hostapp/core/panelaccess.h"
+#include "hostapp/core/scriptvalues.h"
+
+#include <QCoreApplication>
+#include <QDialog>
+#include <QListWidget>
+#include <QPushButton>
+
+namespace vantrel::host {
+
+namespace {
+
+QDialog *self(QScriptContext *context)
+{
+    auto *window = qobject_cast<QDialog *>(context->thisObject().toQObject());
+    if (!window)
+        context->throwError(QStringLiteral("The tool window is closed"));
+    return window;
+}
+
+PanelAccess *panelOf(QDialog *window)
+{
+    const QList<QObject *> children = window->findChildren<QObject *>();
+    for (QObject *child : children) {
+        if (auto *panel = qobject_cast<PanelAccess *>(child))
+            return panel;
+    }
+    return nullptr;
+}
+
+QScriptValue title(QScriptContext *context, QScriptEngine *)
+{
+    QDialog *window = self(context);
+    return window ? QScriptValue(window->windowTitle()) : QScriptValue();
+}
+
+QScriptValue get(QScriptContext *context, QScriptEngine *engine)
+{
+    QDialog *window = self(context);
+    if (!window)
+        return QScriptValue();
+    PanelAccess *panel = panelOf(window);
+    const QString property = context->argument(0).toString();
+    const QVariant value = panel ? panel->panelValue(property) : QVariant();
+    if (!value.isValid())
+        return context->throwError(
+            QStringLiteral("The window has no setting \"%1\"").arg(property));
+    return engine->toScriptValue(value);
+}
+
+QScriptValue set(QScriptContext *context, QScriptEngine *)
+{
+    QDialog *window = self(context);
+    if (!window)
+        return QScriptValue();
+    PanelAccess *panel = panelOf(window);
+    const QString property = context->argument(0).toString();
+    if (!panel || !panel->setPanelValue(property, context->argument(1).toVariant()))
+        return context->throwError(QStringLiteral("The window has no setting \"%1\" that takes %2")
+                                       .arg(property, context->argument(1).toString()));
+    return QScriptValue();
+}
+
+// Presses the named button as a user would (falling back to the dialog's own slot), then lets
+// the host delete the closed window, which keeps or reverts the tool's changes.
+QScriptValue close(QScriptContext *context, const char *buttonName, bool accept)
+{
+    QDialog *window = self(context);
+    if (!window)
+        return QScriptValue();
+    if (auto *button = window->findChild<QPushButton *>(QLatin1String(buttonName)))
+        button->click();
+    else if (accept)
+        window->accept();
+    else
+        window->reject();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return QScriptValue();
+}
+
+QScriptValue accept(QScriptContext *context, QScriptEngine *)
+{
+    return close(context, "ok", true);
+}
+
+QScriptValue cancel(QScriptContext *context, QScriptEngine *)
+{
+    return close(context, "cancel", false);
+}
+
+QListWidget *rowList(QScriptContext *context, QDialog *window)
+{
+    auto *list = window->findChild<QListWidget *>(QStringLiteral("nodes"));
+    if (!list)
+        context->throwError(QStringLiteral("The window has no list of rows"));
+    return list;
+}
+
+QScriptValue rows(QScriptContext *context, QScriptEngine *engine)
+{
+    QDialog *window = self(context);
+    QListWidget *list = window ? rowList(context, window) : nullptr;
+    if (!list)
+        return QScriptValue();
+    QStringList texts;
+    for (int i = 0; i < list->count(); ++i)
+        texts.append(list->item(i)->text());
+    return engine->toScriptValue(texts);
+}
+
+QScriptValue moveRow(QScriptContext *context, QScriptEngine *)
+{
+    QDialog *window = self(context);
+    QListWidget *list = window ? rowList(context, window) : nullptr;
+    if (!list)
+        return QScriptValue();
+    const int from = context->argument(0).toInt32(), to = context->argument(1).toInt32();
+    if (from < 0 || from >= list->count() || to < 0 || to >= list->count())
+        return context->throwError(
+            QStringLiteral("Usage: window.moveRow(from, to) with rows 0 to %1")
+                .arg(list->count() - 1));
+    list->insertItem(to, list->takeItem(from));
+    // A drag inside the list ends with the list losing its drag object: that is what the window
+    // listens for. Then the queued reaction runs, as after a real drop.
+    QObject dragObject;
+    QChildEvent removed(QEvent::ChildRemoved, &dragObject);
+    QCoreApplication::sendEvent(list, &removed);
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return QScriptValue();
+}
+
+void accessor(QScriptEngine *engine,
+              QScriptValue &object,
+              const char *name,
+              QScriptEngine::FunctionSignature fn)
+{
+    object.setProperty(QLatin1String(name),
+                       engine->newFunction(fn),
+                       QScriptValue::PropertyGetter | QScriptValue::Undeletable);
+}
+
+void method(QScriptEngine *engine,
+            QScriptValue &object,
+            const char *name,
+            QScriptEngine::FunctionSignature fn,
+            int arguments)
+{
+    object.setProperty(
+        QLatin1String(name), engine->newFunction(fn, arguments), QScriptValue::Undeletable);
+}
+
+} // namespace
+
+QScriptValue wrapWindow(QScriptEngine *engine, QDialog *window)
+{
+    if (!window)
+        return engine->nullValue();
+    QScriptValue prototype = engine->newObject();
+    accessor(engine, prototype, "title", title);
+    accessor(engine, prototype, "rows", rows);
+    method(engine, prototype, "get", get, 1);
+    method(engine, prototype, "set", set, 2);
+    method(engine, prototype, "accept", accept, 0);
+    method(engine, prototype, "cancel", cancel, 0);
+    method(engine, prototype, "moveRow", moveRow, 2);
+    QScriptValue object = engine->newQObject(
+        window,
+        QScriptEngine::QtOwnership,
+        QScriptEngine::ExcludeSuperClassContents | QScriptEngine::ExcludeDeleteLater
+            | QScriptEngine::ExcludeChildObjects | QScriptEngine::ExcludeSlots);
+    object.setPrototype(prototype);
+    return object;
+}
+
+} // namespace vantrel::host

@@ -1,0 +1,182 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "frame/scriptcall.h"
+#include "frame/scriptsettings.h"
+#include "host/idocument.h"
+#include "hostapp/core/basenode.h"
+#include "hostapp/core/document.h"
+#include "hostapp/core/documentcontext.h"
+#include "hostapp/core/scriptrunner.h"
+#include "tests/support/testsupport.h"
+
+#include <gtest/gtest.h>
+
+#include <QScriptContext>
+#include <QScriptEngine>
+
+using namespace vantrel::host;
+using vantrel::test::dump;
+
+namespace {
+
+// A settings object with one property of each kind the tools use.
+class ProbeSettings : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(float angle READ angle WRITE setAngle)
+    Q_PROPERTY(int count READ count WRITE setCount)
+    Q_PROPERTY(bool flag READ flag WRITE setFlag)
+
+public:
+    float angle() const { return m_angle; }
+    void setAngle(float v) { m_angle = qBound(-180.f, v, 180.f); }
+    int count() const { return m_count; }
+    void setCount(int v) { m_count = qBound(1, v, 30); }
+    bool flag() const { return m_flag; }
+    void setFlag(bool v) { m_flag = v; }
+
+    float m_angle = 90;
+    int m_count = 3;
+    bool m_flag = true;
+};
+
+const ScriptSetting s_keys[] = {{"angle", "angle"}, {"count", "count"}, {"flag", "flag"}};
+
+// What the test functions saw, for the checks below.
+QString s_seen;
+
+// tools.probe(params): the one-argument shape; records the settings it would apply.
+QScriptValue probe(QScriptContext *context, QScriptEngine *engine)
+{
+    ScriptCall call(context, engine, "Usage: tools.probe(params)", 1);
+    QVariantMap params;
+    if (!call.dictionary(0, "The parameter has to be a dictionary", &params))
+        return call.result();
+    ProbeSettings settings;
+    ApplyScriptSettings(settings, params, s_keys);
+    s_seen = QStringLiteral("%1 %2 %3")
+                 .arg(double(settings.angle()))
+                 .arg(settings.count())
+                 .arg(settings.flag());
+    call.document().SetAmbientIntensity(0.5f); // proves the call reached its document
+    return call.result();
+}
+
+// tools.probe2(nodes, params): the two-argument shape with a check after the first conversion.
+QScriptValue probe2(QScriptContext *context, QScriptEngine *engine)
+{
+    ScriptCall call(context, engine, "Usage: tools.probe2(nodes, params)", 2);
+    std::vector<INode *> nodes;
+    if (!call.nodes(0, "The first parameter has to be an array of nodes", &nodes))
+        return call.result();
+    if (nodes.size() != 1 && !call.fail("The first parameter has be a shape node"))
+        return call.result();
+    QVariantMap params;
+    if (!call.dictionary(1, "The second parameter has to be a dictionary", &params))
+        return call.result();
+    s_seen = QStringLiteral("ran");
+    return call.result();
+}
+
+class ScriptCallTest : public ::testing::Test
+{
+protected:
+    ScriptCallTest()
+        : m_context(&m_document)
+        , m_runner(m_context)
+    {
+        m_runner.RegisterFunction("probe", probe);
+        m_runner.RegisterFunction("probe2", probe2);
+        m_document.root()->CreateChildGroup(QStringLiteral("Group"));
+        m_document.history().clear();
+    }
+
+    // The error message a call throws ("" when none) and whether the result was undefined.
+    QString call(const QString &program)
+    {
+        s_seen.clear();
+        QScriptEngine &engine = *m_runner.engine();
+        const QScriptValue result = engine.evaluate(program);
+        QString error;
+        if (engine.hasUncaughtException()) {
+            error = result.property(QStringLiteral("message")).toString();
+            engine.clearExceptions();
+        } else {
+            EXPECT_TRUE(result.isUndefined()) << qPrintable(program);
+        }
+        return error;
+    }
+
+    Document m_document;
+    DocumentContext m_context;
+    ScriptRunner m_runner;
+};
+
+} // namespace
+
+TEST_F(ScriptCallTest, ChecksRunInTheirOrderWithTheirMessagesAndChangeNothing)
+{
+    const QByteArray before = dump(m_document);
+    const struct
+    {
+        const char *program;
+        const char *message;
+    } cases[] = {
+        {"new tools.probe({})", "Do not call this as a constructor"},
+        {"new tools.probe()", "Do not call this as a constructor"},
+        {"tools.probe()", "Usage: tools.probe(params)"},
+        {"tools.probe({}, {})", "Usage: tools.probe(params)"},
+        {"tools.probe(5)", "The parameter has to be a dictionary"},
+        {"tools.probe([1])", "The parameter has to be a dictionary"},
+        {"tools.probe2({}, {})", "The first parameter has to be an array of nodes"},
+        {"tools.probe2([], 5)", "The first parameter has be a shape node"},
+        {"tools.probe2(document.root.children[0], 5)",
+         "The second parameter has to be a dictionary"},
+        {"tools.probe2(document.root.children[0])", "Usage: tools.probe2(nodes, params)"},
+    };
+    for (const auto &c : cases) {
+        EXPECT_EQ(call(QLatin1String(c.program)), QLatin1String(c.message)) << c.program;
+        EXPECT_TRUE(s_seen.isEmpty()) << c.program << " ran past its checks";
+        EXPECT_EQ(dump(m_document), before) << c.program;
+    }
+    EXPECT_EQ(call(QStringLiteral("tools.probe2(document.root.children[0], {})")), QString());
+    EXPECT_EQ(s_seen, QStringLiteral("ran"));
+}
+
+TEST_F(ScriptCallTest, AnEngineWithoutDocumentOrRunnerIsReportedFirst)
+{
+    QScriptEngine bare; // belongs to no document
+    bare.globalObject().setProperty(QStringLiteral("probe"), bare.newFunction(probe));
+    QScriptValue result = bare.evaluate(QStringLiteral("new probe(1, 2)"));
+    EXPECT_EQ(result.property(QStringLiteral("message")).toString(),
+              QStringLiteral("Can't get document context"));
+
+    DocumentContext withoutRunner(&m_document);
+    QScriptEngine engine;
+    bindScriptEngine(&engine, &withoutRunner);
+    engine.globalObject().setProperty(QStringLiteral("probe"), engine.newFunction(probe));
+    result = engine.evaluate(QStringLiteral("new probe(1, 2)"));
+    EXPECT_EQ(result.property(QStringLiteral("message")).toString(),
+              QStringLiteral("Can't get script runner"));
+    EXPECT_TRUE(s_seen.isEmpty());
+}
+
+TEST_F(ScriptCallTest, KeysMatchExactlyUnknownOnesAreIgnoredAndBadValuesBecomeZero)
+{
+    EXPECT_EQ(call(QStringLiteral("tools.probe({})")), QString());
+    EXPECT_EQ(s_seen, QStringLiteral("90 3 1")) << "missing keys leave the initial values";
+    EXPECT_EQ(m_document.GetAmbientIntensity(), 0.5f) << "the call reached its document";
+
+    call(QStringLiteral("tools.probe({ANGLE: 10, Count: 7, other: 1})"));
+    EXPECT_EQ(s_seen, QStringLiteral("90 3 1"))
+        << "keys are case-sensitive; unknown keys are ignored";
+
+    call(QStringLiteral("tools.probe({angle: 'abc', count: 'many', flag: 0})"));
+    EXPECT_EQ(s_seen, QStringLiteral("0 1 0")) << "non-numbers convert to 0, then meet the limits";
+
+    call(QStringLiteral("tools.probe({angle: 500, count: 12.7, flag: 'yes'})"));
+    EXPECT_EQ(s_seen, QStringLiteral("180 13 1"))
+        << "limits of the write accessors; Qt's toInt rounds";
+}
+
+#include "scriptcall_test.moc"
