@@ -5,13 +5,12 @@
 #include "geometry/geometry.h"
 #include "host/hostfunctions.h"
 #include "host/itool.h"
-#include "hostapp/core/applicationcontext.h"
 #include "hostapp/core/document.h"
-#include "hostapp/core/documentcontext.h"
 #include "hostapp/core/headlessuserinterface.h"
-#include "hostapp/core/pluginloader.h"
 #include "hostapp/core/samplescene.h"
+#include "hostapp/core/scenefile.h"
 #include "hostapp/core/scenenode.h"
+#include "hostapp/core/session.h"
 
 #include <QElapsedTimer>
 #include <QTextStream>
@@ -60,32 +59,27 @@ void printPlacement(const std::vector<INode *> &nodes, QTextStream &out)
 
 } // namespace
 
-int runDemo(const QString &pluginPath, QTextStream &out, QTextStream &err)
+int runDemo(const QString &pluginPath, const QString &savePath, QTextStream &out, QTextStream &err)
 {
-    ApplicationContext app;
-    PluginLoader loader;
+    Session session;
     QString error;
-    if (!loader.load(pluginPath, app, &error)) {
+    if (!session.loadToolsPlugin(pluginPath, &error)) {
         err << "vantrel: cannot load the tools plug-in: " << error << '\n';
         return 1;
     }
     out << "Loaded the tools plug-in " << pluginPath << '\n';
+    QObject::connect(&session.userInterface(),
+                     &HeadlessUserInterface::messageShown,
+                     &session.userInterface(),
+                     [&out](const QString &text) { out << "  message: " << text << '\n'; });
 
-    Document document;
-    HeadlessUserInterface ui;
-    QObject::connect(&ui, &HeadlessUserInterface::messageShown, &ui, [&out](const QString &text) {
-        out << "  message: " << text << '\n';
-    });
-    DocumentContext context(&document, &ui);
-    for (const std::unique_ptr<ITool> &tool : app.registry().tools())
-        tool->AttachToDocument(context);
-
+    Document &document = session.document();
     const std::vector<INode *> hovering = buildSampleScene(document);
     document.SetSelection(hovering, Document::ReplaceSelection);
     document.history().clear();
-    printTools(app.registry(), context, out);
+    printTools(session.tools(), session.context(), out);
 
-    ITool *floorTool = app.registry().findTool(QStringLiteral("Put On The Floor"));
+    ITool *floorTool = session.tools().findTool(QStringLiteral("Put On The Floor"));
     if (!floorTool) {
         err << "vantrel: the plug-in registered no \"Put On The Floor\" tool\n";
         return 1;
@@ -95,7 +89,7 @@ int runDemo(const QString &pluginPath, QTextStream &out, QTextStream &err)
     QElapsedTimer timer;
     timer.start();
     document.history().setNextStepName(floorTool->GetTitle());
-    floorTool->Execute(context);
+    floorTool->Execute(session.context());
     const double milliseconds = double(timer.nsecsElapsed()) / 1e6;
     out << "after:\n";
     printPlacement(hovering, out);
@@ -103,6 +97,13 @@ int runDemo(const QString &pluginPath, QTextStream &out, QTextStream &err)
                .arg(milliseconds, 0, 'f', 3)
                .arg(document.history().undoCount())
                .arg(document.history().undoText());
+    if (!savePath.isEmpty()) {
+        if (!SceneFile::save(savePath, document, &error)) {
+            err << "vantrel: " << error << '\n';
+            return 1;
+        }
+        out << "saved the scene to " << savePath << '\n';
+    }
     out.flush();
     return 0;
 }

@@ -13,7 +13,8 @@
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the name is the sanitizer runtime's hook
 extern "C" Q_DECL_EXPORT const char *__lsan_default_suppressions()
 {
-    return "leak:libqoffscreen.so\nleak:libQt5Gui.so\nleak:libQt5Core.so\nleak:libfontconfig.so\n";
+    return "leak:libqoffscreen.so\nleak:libQt5Gui.so\nleak:libQt5Core.so\nleak:libQt5Script.so\n"
+           "leak:libfontconfig.so\n";
 }
 
 int main(int argc, char **argv)

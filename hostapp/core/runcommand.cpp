@@ -1,0 +1,66 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/core/runcommand.h"
+
+#include "hostapp/core/scenefile.h"
+#include "hostapp/core/session.h"
+
+#include <QFile>
+#include <QTextStream>
+
+namespace vantrel::host {
+
+int runScripts(const RunOptions &options, QTextStream &out, QTextStream &err)
+{
+    auto failed = [&err](const QString &message) {
+        err << "vantrel: " << message << '\n';
+        err.flush();
+        return 1;
+    };
+    std::unique_ptr<Document> document;
+    if (!options.scenePath.isEmpty()) {
+        QString error;
+        document = SceneFile::load(options.scenePath, &error);
+        if (!document)
+            return failed(error);
+    }
+    Session session(std::move(document));
+    QString error;
+    if (!session.loadToolsPlugin(options.pluginPath, &error))
+        return failed(QStringLiteral("cannot load the tools plug-in: %1").arg(error));
+    QObject::connect(
+        &session.runner(), &ScriptRunner::printed, &session.runner(), [&out](const QString &line) {
+            out << line << '\n';
+            out.flush();
+        });
+    QObject::connect(&session.userInterface(),
+                     &HeadlessUserInterface::messageShown,
+                     &session.userInterface(),
+                     [&out](const QString &text) {
+                         out << "message: " << text << '\n';
+                         out.flush();
+                     });
+
+    int inline_ = 0;
+    for (const RunOptions::Script &script : options.scripts) {
+        QString program = script.text;
+        QString name = script.text;
+        if (script.isFile) {
+            QFile file(script.text);
+            if (!file.open(QIODevice::ReadOnly))
+                return failed(
+                    QStringLiteral("cannot read %1: %2").arg(script.text, file.errorString()));
+            program = QString::fromUtf8(file.readAll());
+        } else {
+            name = QStringLiteral("-e#%1").arg(++inline_);
+        }
+        if (!session.runner().evaluate(program, name, &error))
+            return failed(error);
+    }
+    if (!options.savePath.isEmpty()
+        && !SceneFile::save(options.savePath, session.document(), &error))
+        return failed(error);
+    return 0;
+}
+
+} // namespace vantrel::host

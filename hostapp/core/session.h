@@ -1,0 +1,49 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/hostexport.h"
+#include "hostapp/core/applicationcontext.h"
+#include "hostapp/core/document.h"
+#include "hostapp/core/documentcontext.h"
+#include "hostapp/core/headlessuserinterface.h"
+#include "hostapp/core/pluginloader.h"
+#include "hostapp/core/scriptrunner.h"
+
+#include <memory>
+
+namespace vantrel::host {
+
+// One document open in the program without a desktop window: the application with its tools,
+// the document, its headless user interface, its context and its script engine. The members are
+// declared so that they go in the right order: an open tool window settles its changes while
+// the document still exists, and the tools go after the plug-in object.
+class VANTREL_HOST_EXPORT Session
+{
+public:
+    // An empty document when none is given.
+    explicit Session(std::unique_ptr<Document> document = nullptr);
+    ~Session();
+    Session(const Session &) = delete;
+    Session &operator=(const Session &) = delete;
+
+    // Loads the tools plug-in and attaches its tools to this document (script functions,
+    // tool-bar buttons). False with the loader's message when the plug-in cannot be loaded.
+    bool loadToolsPlugin(const QString &path, QString *errorMessage);
+
+    Document &document() { return *m_document; }
+    DocumentContext &context() { return m_context; }
+    HeadlessUserInterface &userInterface() { return m_userInterface; }
+    ScriptRunner &runner() { return m_runner; }
+    ToolRegistry &tools() { return m_application.registry(); }
+
+private:
+    ApplicationContext m_application;
+    PluginLoader m_loader;
+    std::unique_ptr<Document> m_document;
+    HeadlessUserInterface m_userInterface;
+    DocumentContext m_context;
+    ScriptRunner m_runner;
+};
+
+} // namespace vantrel::host

@@ -1,0 +1,2 @@
+document.root.addGroup("Made before the error");
+undefinedFunction();
