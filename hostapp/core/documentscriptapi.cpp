@@ -27,15 +27,9 @@ Document &document(QScriptEngine *engine)
     return runner(engine).document();
 }
 
-QScriptValue readOnly(QScriptContext *context, const char *name)
-{
-    return context->throwError(QScriptContext::TypeError,
-                               QStringLiteral("%1 is read only").arg(QLatin1String(name)));
-}
-
 QScriptValue root(QScriptContext *context, QScriptEngine *engine)
 {
-    return isWrite(context) ? readOnly(context, "root")
+    return isWrite(context) ? throwReadOnly(context, "root")
                             : runner(engine).wrap(document(engine).root());
 }
 
@@ -71,7 +65,7 @@ QScriptValue ambient(QScriptContext *context, QScriptEngine *engine)
 QScriptValue count(QScriptContext *context, QScriptEngine *engine, bool redo)
 {
     if (isWrite(context))
-        return readOnly(context, redo ? "redoCount" : "undoCount");
+        return throwReadOnly(context, redo ? "redoCount" : "undoCount");
     const UndoHistory &history = document(engine).history();
     return redo ? history.redoCount() : history.undoCount();
 }
@@ -165,7 +159,7 @@ QScriptValue runTool(QScriptContext *context, QScriptEngine *engine)
 
 QScriptValue window(QScriptContext *context, QScriptEngine *engine)
 {
-    return isWrite(context) ? readOnly(context, "window")
+    return isWrite(context) ? throwReadOnly(context, "window")
                             : wrapWindow(engine, runner(engine).openWindow());
 }
 
@@ -233,29 +227,8 @@ QScriptValue cameraPitch(QScriptContext *c, QScriptEngine *e)
 
 QScriptValue cameraGlobalMatrix(QScriptContext *context, QScriptEngine *engine)
 {
-    return isWrite(context) ? readOnly(context, "globalMatrix")
+    return isWrite(context) ? throwReadOnly(context, "globalMatrix")
                             : toScript(engine, document(engine).camera()->GetGlobalMatrix().m, 16);
-}
-
-void accessor(QScriptEngine *engine,
-              QScriptValue &object,
-              const char *name,
-              QScriptEngine::FunctionSignature fn)
-{
-    object.setProperty(QLatin1String(name),
-                       engine->newFunction(fn),
-                       QScriptValue::PropertyGetter | QScriptValue::PropertySetter
-                           | QScriptValue::Undeletable);
-}
-
-void method(QScriptEngine *engine,
-            QScriptValue &object,
-            const char *name,
-            QScriptEngine::FunctionSignature fn,
-            int arguments)
-{
-    object.setProperty(
-        QLatin1String(name), engine->newFunction(fn, arguments), QScriptValue::Undeletable);
 }
 
 } // namespace
@@ -263,30 +236,30 @@ void method(QScriptEngine *engine,
 QScriptValue makeDocumentObject(QScriptEngine *engine)
 {
     QScriptValue camera = engine->newObject();
-    accessor(engine, camera, "target", cameraTarget);
-    accessor(engine, camera, "distance", cameraDistance);
-    accessor(engine, camera, "fieldOfView", cameraFieldOfView);
-    accessor(engine, camera, "aspectRatio", cameraAspectRatio);
-    accessor(engine, camera, "yaw", cameraYaw);
-    accessor(engine, camera, "pitch", cameraPitch);
-    accessor(engine, camera, "globalMatrix", cameraGlobalMatrix);
+    defineAccessor(engine, camera, "target", cameraTarget);
+    defineAccessor(engine, camera, "distance", cameraDistance);
+    defineAccessor(engine, camera, "fieldOfView", cameraFieldOfView);
+    defineAccessor(engine, camera, "aspectRatio", cameraAspectRatio);
+    defineAccessor(engine, camera, "yaw", cameraYaw);
+    defineAccessor(engine, camera, "pitch", cameraPitch);
+    defineAccessor(engine, camera, "globalMatrix", cameraGlobalMatrix);
 
     QScriptValue object = engine->newObject();
-    accessor(engine, object, "root", root);
-    accessor(engine, object, "selection", selection);
-    accessor(engine, object, "ambient", ambient);
+    defineAccessor(engine, object, "root", root);
+    defineAccessor(engine, object, "selection", selection);
+    defineAccessor(engine, object, "ambient", ambient);
     object.setProperty(
         QStringLiteral("camera"), camera, QScriptValue::ReadOnly | QScriptValue::Undeletable);
-    accessor(engine, object, "undoCount", undoCount);
-    accessor(engine, object, "redoCount", redoCount);
-    accessor(engine, object, "window", window);
-    method(engine, object, "findNode", findNode, 1);
-    method(engine, object, "findNodes", findNodes, 1);
-    method(engine, object, "undo", undo, 0);
-    method(engine, object, "redo", redo, 0);
-    method(engine, object, "toolTitles", toolTitles, 0);
-    method(engine, object, "runTool", runTool, 1);
-    method(engine, object, "dump", dump, 0);
+    defineAccessor(engine, object, "undoCount", undoCount);
+    defineAccessor(engine, object, "redoCount", redoCount);
+    defineAccessor(engine, object, "window", window);
+    defineMethod(engine, object, "findNode", findNode, 1);
+    defineMethod(engine, object, "findNodes", findNodes, 1);
+    defineMethod(engine, object, "undo", undo, 0);
+    defineMethod(engine, object, "redo", redo, 0);
+    defineMethod(engine, object, "toolTitles", toolTitles, 0);
+    defineMethod(engine, object, "runTool", runTool, 1);
+    defineMethod(engine, object, "dump", dump, 0);
     return object;
 }
 

@@ -32,12 +32,6 @@ Node *self(QScriptContext *context, QScriptEngine *engine)
     return node;
 }
 
-QScriptValue readOnly(QScriptContext *context, const char *name)
-{
-    return context->throwError(QScriptContext::TypeError,
-                               QStringLiteral("%1 is read only").arg(QLatin1String(name)));
-}
-
 QScriptValue name(QScriptContext *context, QScriptEngine *engine)
 {
     BaseNode *node = self<BaseNode>(context, engine);
@@ -68,7 +62,7 @@ QScriptValue type(QScriptContext *context, QScriptEngine *engine)
     BaseNode *node = self<BaseNode>(context, engine);
     if (!node)
         return QScriptValue();
-    return isWrite(context) ? readOnly(context, "type") : QScriptValue(node->GetNodeType());
+    return isWrite(context) ? throwReadOnly(context, "type") : QScriptValue(node->GetNodeType());
 }
 
 QScriptValue parent(QScriptContext *context, QScriptEngine *engine)
@@ -76,7 +70,8 @@ QScriptValue parent(QScriptContext *context, QScriptEngine *engine)
     BaseNode *node = self<BaseNode>(context, engine);
     if (!node)
         return QScriptValue();
-    return isWrite(context) ? readOnly(context, "parent") : runner(engine).wrap(node->GetParent());
+    return isWrite(context) ? throwReadOnly(context, "parent")
+                            : runner(engine).wrap(node->GetParent());
 }
 
 QScriptValue children(QScriptContext *context, QScriptEngine *engine)
@@ -85,7 +80,7 @@ QScriptValue children(QScriptContext *context, QScriptEngine *engine)
     if (!node)
         return QScriptValue();
     if (isWrite(context))
-        return readOnly(context, "children");
+        return throwReadOnly(context, "children");
     const std::vector<INode *> &list = node->GetChildren();
     QScriptValue array = engine->newArray(uint(list.size()));
     for (std::size_t i = 0; i < list.size(); ++i)
@@ -99,7 +94,7 @@ QScriptValue worldMatrix(QScriptContext *context, QScriptEngine *engine)
     if (!node)
         return QScriptValue();
     if (isWrite(context))
-        return readOnly(context, "worldMatrix");
+        return throwReadOnly(context, "worldMatrix");
     Matrix global;
     GetNodeGlobalMatrix(global, node);
     return toScript(engine, global.m, 16);
@@ -111,7 +106,7 @@ QScriptValue worldBox(QScriptContext *context, QScriptEngine *engine)
     if (!node)
         return QScriptValue();
     if (isWrite(context))
-        return readOnly(context, "worldBox");
+        return throwReadOnly(context, "worldBox");
     const TBBox<float> box = ComputeNodeBBox(node);
     if (IsBoxEmpty(box))
         return engine->nullValue(); // nothing to measure below this node
@@ -216,7 +211,7 @@ QScriptValue generator(QScriptContext *context, QScriptEngine *engine)
     MeshNode *mesh = self<MeshNode>(context, engine);
     if (!mesh)
         return QScriptValue();
-    return isWrite(context) ? readOnly(context, "generator")
+    return isWrite(context) ? throwReadOnly(context, "generator")
                             : QScriptValue(QString::fromLatin1(mesh->generator()->GetTypeId()));
 }
 
@@ -225,7 +220,7 @@ QScriptValue params(QScriptContext *context, QScriptEngine *engine)
     MeshNode *mesh = self<MeshNode>(context, engine);
     if (!mesh)
         return QScriptValue();
-    return isWrite(context) ? readOnly(context, "params")
+    return isWrite(context) ? throwReadOnly(context, "params")
                             : engine->toScriptValue(mesh->generator()->parameters());
 }
 
@@ -234,7 +229,7 @@ QScriptValue vertexCount(QScriptContext *context, QScriptEngine *engine)
     MeshNode *mesh = self<MeshNode>(context, engine);
     if (!mesh)
         return QScriptValue();
-    return isWrite(context) ? readOnly(context, "vertexCount")
+    return isWrite(context) ? throwReadOnly(context, "vertexCount")
                             : QScriptValue(mesh->mesh()->vertexCount());
 }
 
@@ -344,57 +339,36 @@ QScriptValue remove(QScriptContext *context, QScriptEngine *engine)
     return QScriptValue();
 }
 
-void accessor(QScriptEngine *engine,
-              QScriptValue &prototype,
-              const char *name,
-              QScriptEngine::FunctionSignature fn)
-{
-    prototype.setProperty(QLatin1String(name),
-                          engine->newFunction(fn),
-                          QScriptValue::PropertyGetter | QScriptValue::PropertySetter
-                              | QScriptValue::Undeletable);
-}
-
-void method(QScriptEngine *engine,
-            QScriptValue &prototype,
-            const char *name,
-            QScriptEngine::FunctionSignature fn,
-            int arguments)
-{
-    prototype.setProperty(
-        QLatin1String(name), engine->newFunction(fn, arguments), QScriptValue::Undeletable);
-}
-
 } // namespace
 
 QScriptValue makeNodePrototype(QScriptEngine *engine, int kind)
 {
     QScriptValue prototype = engine->newObject();
-    accessor(engine, prototype, "name", name);
-    accessor(engine, prototype, "visible", visible);
-    accessor(engine, prototype, "type", type);
-    accessor(engine, prototype, "parent", parent);
-    accessor(engine, prototype, "children", children);
-    accessor(engine, prototype, "worldMatrix", worldMatrix);
-    accessor(engine, prototype, "worldBox", worldBox);
-    method(engine, prototype, "addGroup", addGroup, 1);
-    method(engine, prototype, "addShape", addShape, 3);
-    method(engine, prototype, "addLight", addLight, 1);
-    method(engine, prototype, "remove", remove, 0);
+    defineAccessor(engine, prototype, "name", name);
+    defineAccessor(engine, prototype, "visible", visible);
+    defineAccessor(engine, prototype, "type", type);
+    defineAccessor(engine, prototype, "parent", parent);
+    defineAccessor(engine, prototype, "children", children);
+    defineAccessor(engine, prototype, "worldMatrix", worldMatrix);
+    defineAccessor(engine, prototype, "worldBox", worldBox);
+    defineMethod(engine, prototype, "addGroup", addGroup, 1);
+    defineMethod(engine, prototype, "addShape", addShape, 3);
+    defineMethod(engine, prototype, "addLight", addLight, 1);
+    defineMethod(engine, prototype, "remove", remove, 0);
     if (kind == INode::RootNodeType)
         return prototype;
-    accessor(engine, prototype, "position", position);
-    accessor(engine, prototype, "rotation", rotation);
-    accessor(engine, prototype, "scale", scale);
+    defineAccessor(engine, prototype, "position", position);
+    defineAccessor(engine, prototype, "rotation", rotation);
+    defineAccessor(engine, prototype, "scale", scale);
     if (kind == INode::MeshNodeType) {
-        accessor(engine, prototype, "generator", generator);
-        accessor(engine, prototype, "params", params);
-        accessor(engine, prototype, "vertexCount", vertexCount);
-        method(engine, prototype, "setParam", setParam, 2);
+        defineAccessor(engine, prototype, "generator", generator);
+        defineAccessor(engine, prototype, "params", params);
+        defineAccessor(engine, prototype, "vertexCount", vertexCount);
+        defineMethod(engine, prototype, "setParam", setParam, 2);
     } else if (kind == INode::LightNodeType) {
-        accessor(engine, prototype, "intensity", intensity);
-        accessor(engine, prototype, "shadowBlur", shadowBlur);
-        accessor(engine, prototype, "castShadows", castShadows);
+        defineAccessor(engine, prototype, "intensity", intensity);
+        defineAccessor(engine, prototype, "shadowBlur", shadowBlur);
+        defineAccessor(engine, prototype, "castShadows", castShadows);
     }
     return prototype;
 }

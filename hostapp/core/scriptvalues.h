@@ -60,4 +60,32 @@ inline bool isWrite(QScriptContext *context)
     return context->argumentCount() == 1;
 }
 
+// Defines an accessor property: fn is called with no argument to read and one to write.
+inline void defineAccessor(QScriptEngine *engine,
+                           QScriptValue &object,
+                           const char *name,
+                           QScriptEngine::FunctionSignature fn,
+                           QScriptValue::PropertyFlags access
+                           = QScriptValue::PropertyGetter | QScriptValue::PropertySetter)
+{
+    object.setProperty(
+        QLatin1String(name), engine->newFunction(fn), access | QScriptValue::Undeletable);
+}
+
+inline void defineMethod(QScriptEngine *engine,
+                         QScriptValue &object,
+                         const char *name,
+                         QScriptEngine::FunctionSignature fn,
+                         int arguments)
+{
+    object.setProperty(
+        QLatin1String(name), engine->newFunction(fn, arguments), QScriptValue::Undeletable);
+}
+
+inline QScriptValue throwReadOnly(QScriptContext *context, const char *name)
+{
+    return context->throwError(QScriptContext::TypeError,
+                               QStringLiteral("%1 is read only").arg(QLatin1String(name)));
+}
+
 } // namespace vantrel::host

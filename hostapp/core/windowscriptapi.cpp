@@ -134,26 +134,6 @@ QScriptValue moveRow(QScriptContext *context, QScriptEngine *)
     return QScriptValue();
 }
 
-void accessor(QScriptEngine *engine,
-              QScriptValue &object,
-              const char *name,
-              QScriptEngine::FunctionSignature fn)
-{
-    object.setProperty(QLatin1String(name),
-                       engine->newFunction(fn),
-                       QScriptValue::PropertyGetter | QScriptValue::Undeletable);
-}
-
-void method(QScriptEngine *engine,
-            QScriptValue &object,
-            const char *name,
-            QScriptEngine::FunctionSignature fn,
-            int arguments)
-{
-    object.setProperty(
-        QLatin1String(name), engine->newFunction(fn, arguments), QScriptValue::Undeletable);
-}
-
 } // namespace
 
 QScriptValue wrapWindow(QScriptEngine *engine, QDialog *window)
@@ -161,13 +141,13 @@ QScriptValue wrapWindow(QScriptEngine *engine, QDialog *window)
     if (!window)
         return engine->nullValue();
     QScriptValue prototype = engine->newObject();
-    accessor(engine, prototype, "title", title);
-    accessor(engine, prototype, "rows", rows);
-    method(engine, prototype, "get", get, 1);
-    method(engine, prototype, "set", set, 2);
-    method(engine, prototype, "accept", accept, 0);
-    method(engine, prototype, "cancel", cancel, 0);
-    method(engine, prototype, "moveRow", moveRow, 2);
+    defineAccessor(engine, prototype, "title", title, QScriptValue::PropertyGetter);
+    defineAccessor(engine, prototype, "rows", rows, QScriptValue::PropertyGetter);
+    defineMethod(engine, prototype, "get", get, 1);
+    defineMethod(engine, prototype, "set", set, 2);
+    defineMethod(engine, prototype, "accept", accept, 0);
+    defineMethod(engine, prototype, "cancel", cancel, 0);
+    defineMethod(engine, prototype, "moveRow", moveRow, 2);
     QScriptValue object = engine->newQObject(
         window,
         QScriptEngine::QtOwnership,
