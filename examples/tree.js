@@ -1,5 +1,5 @@
 // Prints the scene tree with each node's kind, place and size.
-// vantrel run SCENE --script examples/inspect.js
+// vantrel run SCENE --script examples/tree.js
 var kinds = {0: "root", 1: "shape", 2: "light", 3: "group"};
 function show(node, depth) {
     var line = new Array(depth + 1).join("  ") + node.name + " (" + kinds[node.type] + ")";
