@@ -52,14 +52,11 @@ QScriptValue selection(QScriptContext *context, QScriptEngine *engine)
 
 QScriptValue ambient(QScriptContext *context, QScriptEngine *engine)
 {
-    if (!isWrite(context))
-        return double(document(engine).GetAmbientIntensity());
-    float value = 0;
-    if (!fromScript(context->argument(0), &value))
-        return context->throwError(QScriptContext::TypeError,
-                                   QStringLiteral("ambient must be a number"));
-    document(engine).SetAmbientIntensity(value);
-    return QScriptValue();
+    return numberAccessor(context,
+                          "ambient",
+                          document(engine),
+                          &Document::GetAmbientIntensity,
+                          &Document::SetAmbientIntensity);
 }
 
 QScriptValue count(QScriptContext *context, QScriptEngine *engine, bool redo)
@@ -189,15 +186,7 @@ QScriptValue cameraNumber(QScriptContext *context,
                           float (Camera::*get)() const,
                           void (Camera::*set)(float))
 {
-    Camera &camera = *document(engine).camera();
-    if (!isWrite(context))
-        return double((camera.*get)());
-    float value = 0;
-    if (!fromScript(context->argument(0), &value))
-        return context->throwError(QScriptContext::TypeError,
-                                   QStringLiteral("%1 must be a number").arg(QLatin1String(what)));
-    (camera.*set)(value);
-    return QScriptValue();
+    return numberAccessor(context, what, *document(engine).camera(), get, set);
 }
 
 QScriptValue cameraDistance(QScriptContext *c, QScriptEngine *e)

@@ -52,7 +52,6 @@ void HeadlessUserInterface::ShowToolWindow(QDialog *window)
         return;
     if (m_window)
         m_window->reject(); // one tool window at a time, as with modal windows on a desktop
-    ++m_toolWindowCount;
     m_window = window;
     connect(window, &QDialog::finished, window, &QObject::deleteLater);
     window->show();

@@ -41,7 +41,6 @@ public:
     QList<QAction *> toolbarActions() const;
     // The tool window open now, or null.
     QDialog *openWindow() const { return m_window.data(); }
-    int toolWindowCount() const { return m_toolWindowCount; }
 
 signals:
     void messageShown(const QString &text, int kind);
@@ -56,7 +55,6 @@ private:
     QList<Message> m_messages;
     QList<ToolbarEntry> m_toolbar;
     QPointer<QDialog> m_window;
-    int m_toolWindowCount = 0;
 };
 
 } // namespace vantrel::host

@@ -173,16 +173,7 @@ QScriptValue lightValue(QScriptContext *context,
                         void (LightNode::*set)(float))
 {
     LightNode *light = self<LightNode>(context, engine);
-    if (!light)
-        return QScriptValue();
-    if (!isWrite(context))
-        return double((light->*get)());
-    float value = 0;
-    if (!fromScript(context->argument(0), &value))
-        return context->throwError(QScriptContext::TypeError,
-                                   QStringLiteral("%1 must be a number").arg(QLatin1String(what)));
-    (light->*set)(value);
-    return QScriptValue();
+    return light ? numberAccessor(context, what, *light, get, set) : QScriptValue();
 }
 
 QScriptValue intensity(QScriptContext *c, QScriptEngine *e)

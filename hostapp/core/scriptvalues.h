@@ -88,4 +88,23 @@ inline QScriptValue throwReadOnly(QScriptContext *context, const char *name)
                                QStringLiteral("%1 is read only").arg(QLatin1String(name)));
 }
 
+// The accessor of a number setting: reads it, or writes a finite number through the setter
+// (which applies the object's own limits) and refuses anything else.
+template<class Object>
+QScriptValue numberAccessor(QScriptContext *context,
+                            const char *what,
+                            Object &object,
+                            float (Object::*get)() const,
+                            void (Object::*set)(float))
+{
+    if (!isWrite(context))
+        return double((object.*get)());
+    float value = 0;
+    if (!fromScript(context->argument(0), &value))
+        return context->throwError(QScriptContext::TypeError,
+                                   QStringLiteral("%1 must be a number").arg(QLatin1String(what)));
+    (object.*set)(value);
+    return QScriptValue();
+}
+
 } // namespace vantrel::host
