@@ -36,6 +36,7 @@ public:
     HeadlessUserInterface &userInterface() { return m_userInterface; }
     ScriptRunner &runner() { return m_runner; }
     ToolRegistry &tools() { return m_application.registry(); }
+    ApplicationContext &application() { return m_application; }
 
 private:
     ApplicationContext m_application;

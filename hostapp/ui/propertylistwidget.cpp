@@ -1,0 +1,324 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/ui/propertylistwidget.h"
+
+#include "host/iuserinterfaceproperties.h"
+#include "hostapp/ui/inputlineslider.h"
+#include "hostapp/ui/ipropertylisthelper.h"
+#include "hostapp/ui/propertieslistbuilder.h"
+
+#include <QCheckBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMetaProperty>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+#include <QtDebug>
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+
+namespace {
+
+QString text(const QVariantMap &row, const char *key)
+{
+    return row.value(QLatin1String(key)).toString();
+}
+
+int number(const QVariantMap &row, const char *key)
+{
+    return row.value(QLatin1String(key)).toInt();
+}
+
+bool isNumber(const QVariant &value)
+{
+    switch (value.userType()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Float:
+    case QMetaType::Double:
+        return true;
+    default:
+        return false;
+    }
+}
+
+QFormLayout *newForm(QWidget *container)
+{
+    auto *form = new QFormLayout(container);
+    form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    form->setHorizontalSpacing(12);
+    form->setVerticalSpacing(8);
+    return form;
+}
+
+} // namespace
+
+PropertyListWidget::PropertyListWidget(QObject *object,
+                                       IPropertyListHelper *helper,
+                                       QWidget *parent)
+    : QWidget(parent)
+    , m_object(object)
+    , m_helper(helper)
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(12, 12, 12, 4);
+    layout->setSpacing(10);
+
+    auto *properties = qobject_cast<IUserInterfaceProperties *>(object);
+    const QList<QVariantMap> rows
+        = properties ? properties->GetPropertiesList() : QList<QVariantMap>();
+    QFormLayout *group = nullptr;
+    QWidget *container = nullptr;
+    for (const QVariantMap &row : rows)
+        addRow(row, group, container);
+    layout->addStretch(1);
+
+    // One width for every number field, so that the sliders line up.
+    const QList<InputLineSlider *> sliders = findChildren<InputLineSlider *>();
+    int fieldWidth = 0;
+    for (const InputLineSlider *slider : sliders)
+        fieldWidth = std::max(fieldWidth, slider->fieldWidth());
+    for (InputLineSlider *slider : sliders)
+        slider->setFieldWidth(fieldWidth);
+    updateAll();
+}
+
+PropertyListWidget::~PropertyListWidget()
+{
+    // The rows' widgets outlive this destructor's body (QWidget deletes them later): cut them off
+    // so nothing they emit while going reaches the object or the helper.
+    m_object = nullptr;
+    m_helper = nullptr;
+    for (const Row &row : qAsConst(m_rows))
+        disconnect(row.widget, nullptr, this, nullptr);
+}
+
+void PropertyListWidget::addRow(const QVariantMap &row, QFormLayout *&group, QWidget *&container)
+{
+    const QString kind = text(row, PanelRow::Kind);
+    if (kind == QLatin1String(PanelRow::Title)) {
+        setAccessibleName(text(row, PanelRow::Text));
+        return;
+    }
+    if (kind == QLatin1String(PanelRow::Group) || !group) {
+        auto *box = new QGroupBox(
+            kind == QLatin1String(PanelRow::Group) ? text(row, PanelRow::Text) : QString(), this);
+        layout()->addWidget(box);
+        group = newForm(box);
+        container = box;
+        if (kind == QLatin1String(PanelRow::Group))
+            return;
+    }
+    const QString property = text(row, PanelRow::Property);
+    QWidget *widget = nullptr;
+    if (kind == QLatin1String(PanelRow::Slider) || kind == QLatin1String(PanelRow::Percent)) {
+        widget = makeSlider(row, kind == QLatin1String(PanelRow::Percent));
+        group->addRow(new QLabel(text(row, PanelRow::Text), container), widget);
+    } else if (kind == QLatin1String(PanelRow::CheckBox)) {
+        widget = makeCheckBox(row, group);
+    } else if (kind == QLatin1String(PanelRow::Label)) {
+        widget = makeLabel(row, group);
+    } else {
+        report(tr("The panel has no kind of row called \"%1\"").arg(kind));
+        return;
+    }
+    widget->setObjectName(property);
+    if (!property.isEmpty() && !hasProperty(property)) {
+        widget->setEnabled(false);
+        report(tr("The panel's row \"%1\" names the setting \"%2\", which does not exist")
+                   .arg(text(row, PanelRow::Text), property));
+    }
+    m_rows.append(Row{kind, property, text(row, PanelRow::Text), widget});
+}
+
+QWidget *PropertyListWidget::makeSlider(const QVariantMap &row, bool percent)
+{
+    const QString property = text(row, PanelRow::Property);
+    const int flags = number(row, PanelRow::Flags);
+    int decimals = number(row, PanelRow::Decimals);
+    bool wholeNumbers = flags & PropertiesListBuilder::WholeNumbers;
+    if (m_object && hasProperty(property)) {
+        const QMetaObject *meta = m_object->metaObject();
+        const QMetaProperty metaProperty
+            = meta->property(meta->indexOfProperty(property.toLatin1().constData()));
+        wholeNumbers = wholeNumbers || metaProperty.userType() == QMetaType::Int;
+    }
+    if (wholeNumbers && !percent)
+        decimals = 0;
+    QString suffix;
+    if (percent)
+        suffix = QStringLiteral(" %");
+    else if (flags & PropertiesListBuilder::Degrees)
+        suffix = QStringLiteral("\u00b0");
+    auto *slider = new InputLineSlider(row.value(QLatin1String(PanelRow::Minimum)).toFloat(),
+                                       row.value(QLatin1String(PanelRow::Maximum)).toFloat(),
+                                       decimals,
+                                       percent ? 100.0f : 1.0f,
+                                       suffix);
+    slider->setTickMarks(flags & PropertiesListBuilder::TickMarks);
+    connect(slider, &InputLineSlider::valueEdited, this, [this, property](float value) {
+        write(property, value);
+    });
+    return slider;
+}
+
+QWidget *PropertyListWidget::makeCheckBox(const QVariantMap &row, QFormLayout *group)
+{
+    const QString property = text(row, PanelRow::Property);
+    const bool controlFirst = number(row, PanelRow::Order) == PropertiesListBuilder::ControlFirst;
+    auto *box = new QCheckBox(controlFirst ? text(row, PanelRow::Text) : QString());
+    if (controlFirst)
+        group->addRow(box);
+    else
+        group->addRow(text(row, PanelRow::Text), box);
+    connect(box, &QCheckBox::toggled, this, [this, property](bool on) { write(property, on); });
+    return box;
+}
+
+QWidget *PropertyListWidget::makeLabel(const QVariantMap &row, QFormLayout *group)
+{
+    auto *label = new QLabel(text(row, PanelRow::Text));
+    label->setWordWrap(true);
+    switch (number(row, PanelRow::Side)) {
+    case PropertiesListBuilder::RightSide:
+        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        break;
+    case PropertiesListBuilder::CentreSide:
+        label->setAlignment(Qt::AlignCenter);
+        break;
+    default:
+        label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+        break;
+    }
+    if (const int change = number(row, PanelRow::SizeChange)) {
+        QFont font = label->font();
+        font.setPointSizeF(std::max(1.0, font.pointSizeF() + change));
+        label->setFont(font);
+    }
+    if (number(row, PanelRow::Order) == PropertiesListBuilder::ControlFirst)
+        group->addRow(QString(), label);
+    else
+        group->addRow(label);
+    return label;
+}
+
+bool PropertyListWidget::hasProperty(const QString &property) const
+{
+    return m_object
+           && m_object->metaObject()->indexOfProperty(property.toLatin1().constData()) >= 0;
+}
+
+const PropertyListWidget::Row *PropertyListWidget::rowOf(const QString &property) const
+{
+    if (property.isEmpty())
+        return nullptr;
+    for (const Row &row : m_rows) {
+        if (row.property == property)
+            return &row;
+    }
+    return nullptr;
+}
+
+QWidget *PropertyListWidget::findWidget(const QString &property) const
+{
+    const Row *row = rowOf(property);
+    return row ? row->widget : nullptr;
+}
+
+void PropertyListWidget::write(const QString &property, QVariant value)
+{
+    if (!m_object)
+        return;
+    const QMetaObject *meta = m_object->metaObject();
+    const int index = meta->indexOfProperty(property.toLatin1().constData());
+    if (index < 0)
+        return; // reported when the row was built
+    const QMetaProperty metaProperty = meta->property(index);
+    if (metaProperty.userType() == QMetaType::Int) {
+        const double rounded = std::round(value.toDouble());
+        value = int(std::clamp(rounded, double(INT_MIN), double(INT_MAX)));
+    }
+    if (!metaProperty.write(m_object, value)) {
+        report(tr("The setting \"%1\" does not take %2").arg(property, value.toString()));
+        return;
+    }
+    // Show what the object kept: its write accessor may have limited the value.
+    if (const Row *row = rowOf(property))
+        show(*row);
+}
+
+void PropertyListWidget::show(const Row &row) const
+{
+    if (!m_object || row.property.isEmpty())
+        return;
+    const QVariant value = m_object->property(row.property.toLatin1().constData());
+    if (!value.isValid())
+        return;
+    if (auto *slider = qobject_cast<InputLineSlider *>(row.widget)) {
+        slider->SetValue(InputLineSlider::ShowAsGiven, value.toFloat());
+    } else if (auto *box = qobject_cast<QCheckBox *>(row.widget)) {
+        const QSignalBlocker blocker(box);
+        box->setChecked(value.toBool());
+    } else if (auto *label = qobject_cast<QLabel *>(row.widget)) {
+        label->setText(row.text.isEmpty() ? value.toString()
+                                          : row.text + QLatin1Char(' ') + value.toString());
+    }
+}
+
+void PropertyListWidget::updateAll()
+{
+    for (const Row &row : qAsConst(m_rows))
+        show(row);
+}
+
+void PropertyListWidget::UpdateValues(QObject *changed)
+{
+    if (!changed || changed == m_object)
+        updateAll();
+}
+
+QVariant PropertyListWidget::panelValue(const QString &property) const
+{
+    const Row *row = rowOf(property);
+    if (!row)
+        return QVariant();
+    if (auto *slider = qobject_cast<InputLineSlider *>(row->widget))
+        return double(slider->getValue());
+    if (auto *box = qobject_cast<QCheckBox *>(row->widget))
+        return box->isChecked();
+    return QVariant();
+}
+
+bool PropertyListWidget::setPanelValue(const QString &property, const QVariant &value)
+{
+    const Row *row = rowOf(property);
+    if (!row || !row->widget->isEnabled())
+        return false;
+    if (auto *slider = qobject_cast<InputLineSlider *>(row->widget)) {
+        if (!isNumber(value) || !std::isfinite(value.toDouble()))
+            return false;
+        slider->SetValue(InputLineSlider::EditAsUser, value.toFloat());
+        return true;
+    }
+    if (auto *box = qobject_cast<QCheckBox *>(row->widget)) {
+        if (value.userType() != QMetaType::Bool)
+            return false;
+        box->setChecked(value.toBool()); // toggled, as a click would, when it changes
+        return true;
+    }
+    return false;
+}
+
+void PropertyListWidget::report(const QString &text) const
+{
+    if (m_helper)
+        m_helper->ReportPanelError(text);
+    else
+        qWarning().noquote() << text;
+}

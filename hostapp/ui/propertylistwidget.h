@@ -1,0 +1,69 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "hostapp/core/panelaccess.h"
+#include "hostapp/ui/hostuiexport.h"
+
+#include <QPointer>
+#include <QVector>
+#include <QWidget>
+
+class IPropertyListHelper;
+class QFormLayout;
+
+// The property panel of a settings object. Given only the QObject, it finds the object's rows
+// through IUserInterfaceProperties (qobject_cast), builds one widget per row and writes every
+// user change into the object's Qt property at once, through the property's WRITE accessor.
+// After each write it shows the value the object stored, so a typed number out of range ends
+// up showing the object's own limit.
+//
+// The panel may outlive its object and its helper (a tool window deletes its settings object
+// before its child widgets are destroyed): once the object is gone the panel writes nothing,
+// and it never calls the helper while it is being destroyed.
+class VANTREL_HOSTUI_EXPORT PropertyListWidget : public QWidget, public PanelAccess
+{
+    Q_OBJECT
+    Q_INTERFACES(PanelAccess)
+
+public:
+    PropertyListWidget(QObject *object, IPropertyListHelper *helper, QWidget *parent = nullptr);
+    ~PropertyListWidget() override;
+
+    // The widget that edits or shows the property: an InputLineSlider for sliders and percent
+    // sliders, a QCheckBox for check boxes, a QLabel for a label that shows the property; null
+    // when no row names it.
+    QWidget *findWidget(const QString &property) const;
+    // Shows the object's values again. `changed` is the object whose change prompts the
+    // refresh: null or the panel's own object refresh every row, any other object nothing.
+    void UpdateValues(QObject *changed);
+
+    QVariant panelValue(const QString &property) const override;
+    bool setPanelValue(const QString &property, const QVariant &value) override;
+
+public slots:
+    void updateAll();
+
+private:
+    struct Row
+    {
+        QString kind;
+        QString property;
+        QString text;
+        QWidget *widget;
+    };
+
+    void addRow(const QVariantMap &row, QFormLayout *&group, QWidget *&container);
+    QWidget *makeSlider(const QVariantMap &row, bool percent);
+    QWidget *makeCheckBox(const QVariantMap &row, QFormLayout *group);
+    QWidget *makeLabel(const QVariantMap &row, QFormLayout *group);
+    bool hasProperty(const QString &property) const;
+    void write(const QString &property, QVariant value);
+    void show(const Row &row) const;
+    const Row *rowOf(const QString &property) const;
+    void report(const QString &text) const;
+
+    QPointer<QObject> m_object;
+    IPropertyListHelper *m_helper;
+    QVector<Row> m_rows;
+};
