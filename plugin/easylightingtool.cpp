@@ -2,7 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "plugin/easylightingtool.h"
 
-#include "plugin/toolsupport.h"
+#include "host/idocumentcontext.h"
+#include "host/iscriptrunner.h"
+#include "host/iuserinterface.h"
+#include "plugin/toolsplugin.h"
+#include "tools/easylighting/easylightingscript.h"
+#include "tools/easylighting/easylightingwindow.h"
+#include "tools/easylighting/easylighttoolbarhelper.h"
 
 QString EasyLightingTool::GetTitle() const
 {
@@ -26,7 +32,16 @@ bool EasyLightingTool::IsEnabled(const IDocumentContext &) const
 
 void EasyLightingTool::Execute(IDocumentContext &context)
 {
-    ReportNotAvailable(context, GetTitle());
+    IUserInterface *ui = context.GetUserInterface();
+    // The window opens the undo group, adopts or creates the light and hides the others before
+    // it is shown.
+    ui->ShowToolWindow(new EasyLightingWindow(*GetApplicationContext(), context, nullptr));
 }
 
-void EasyLightingTool::AttachToDocument(IDocumentContext &) {}
+void EasyLightingTool::AttachToDocument(IDocumentContext &context)
+{
+    if (IScriptRunner *runner = context.GetScriptRunner())
+        runner->RegisterFunction("easyLighting", EasyLightingScript);
+    if (context.GetUserInterface())
+        new EasyLightToolbarHelper(this, &context);
+}

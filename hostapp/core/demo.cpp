@@ -4,16 +4,24 @@
 
 #include "geometry/geometry.h"
 #include "host/hostfunctions.h"
+#include "host/ilightnode.h"
 #include "host/itool.h"
 #include "hostapp/core/document.h"
 #include "hostapp/core/headlessuserinterface.h"
+#include "hostapp/core/panelaccess.h"
 #include "hostapp/core/samplescene.h"
 #include "hostapp/core/scenefile.h"
 #include "hostapp/core/scenenode.h"
 #include "hostapp/core/session.h"
 
+#include <QAction>
+#include <QCoreApplication>
+#include <QDialog>
 #include <QElapsedTimer>
+#include <QPushButton>
 #include <QTextStream>
+
+#include <utility>
 
 namespace vantrel::host {
 
@@ -57,6 +65,76 @@ void printPlacement(const std::vector<INode *> &nodes, QTextStream &out)
     }
 }
 
+void printSteps(const Document &document, double milliseconds, QTextStream &out)
+{
+    out << QStringLiteral("took %1 ms; undo steps: %2 (\"%3\")\n")
+               .arg(milliseconds, 0, 'f', 3)
+               .arg(document.history().undoCount())
+               .arg(document.history().undoText());
+}
+
+// What a user does with a tool window: open it from its tool-bar button, move its sliders and
+// press OK. The window is the tool's own, driven through its real property panel.
+using Settings = std::vector<std::pair<const char *, double>>;
+bool runWindow(Session &session,
+               const QString &buttonId,
+               const Settings &settings,
+               QTextStream &out,
+               QTextStream &err)
+{
+    QAction *button = nullptr;
+    for (QAction *action : session.userInterface().toolbarActions()) {
+        if (action->property("buttonId").toString() == buttonId)
+            button = action;
+    }
+    if (!button) {
+        err << "vantrel: the plug-in put no \"" << buttonId << "\" button on the tool bar\n";
+        return false;
+    }
+    session.document().history().setNextStepName(button->text());
+    button->trigger();
+    QDialog *window = session.userInterface().openWindow();
+    PanelAccess *panel = nullptr;
+    if (window) {
+        const QList<QObject *> children = window->findChildren<QObject *>();
+        for (QObject *child : children) {
+            if (!panel)
+                panel = qobject_cast<PanelAccess *>(child);
+        }
+    }
+    auto *ok = window ? window->findChild<QPushButton *>(QStringLiteral("ok")) : nullptr;
+    if (!panel || !ok) {
+        err << "vantrel: the \"" << button->text() << "\" button opened no settings window\n";
+        return false;
+    }
+    out << "window \"" << window->windowTitle() << "\":";
+    for (const auto &[property, value] : settings) {
+        panel->setPanelValue(QLatin1String(property), value);
+        out << ' ' << property << ' ' << panel->panelValue(QLatin1String(property)).toDouble();
+    }
+    out << ", OK\n";
+    ok->click();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return true;
+}
+
+void printLights(const Document &document, QTextStream &out)
+{
+    const std::vector<INode *> nodes = CollectAllChildren(document.GetRootNode()->GetChildren());
+    for (INode *node : nodes) {
+        const auto *light = qobject_cast<ILightNode *>(node);
+        if (!light)
+            continue;
+        out << QStringLiteral("  %1  %2  position %3  intensity %4  shadow blur %5\n")
+                   .arg(node->GetName(), -10)
+                   .arg(node->IsVisible() ? QStringLiteral("shown") : QStringLiteral("hidden"), -6)
+                   .arg(format(qobject_cast<ITransformations *>(node)->GetPosition()), -26)
+                   .arg(double(light->GetIntensity()), 0, 'f', 2)
+                   .arg(double(light->GetShadowBlur()), 0, 'f', 2);
+    }
+    out << QStringLiteral("  ambient %1\n").arg(double(document.GetAmbientIntensity()), 0, 'f', 2);
+}
+
 } // namespace
 
 int runDemo(const QString &pluginPath, const QString &savePath, QTextStream &out, QTextStream &err)
@@ -93,10 +171,18 @@ int runDemo(const QString &pluginPath, const QString &savePath, QTextStream &out
     const double milliseconds = double(timer.nsecsElapsed()) / 1e6;
     out << "after:\n";
     printPlacement(hovering, out);
-    out << QStringLiteral("took %1 ms; undo steps: %2 (\"%3\")\n")
-               .arg(milliseconds, 0, 'f', 3)
-               .arg(document.history().undoCount())
-               .arg(document.history().undoText());
+    printSteps(document, milliseconds, out);
+
+    out << "\nEasy Lighting: one light steered by four numbers\n";
+    timer.restart();
+    if (!runWindow(session,
+                   QStringLiteral("EasyLighting"),
+                   {{"angleH", -135}, {"angleV", 40}, {"contrast", 0.65}, {"blur", 0.2}},
+                   out,
+                   err))
+        return 1;
+    printLights(document, out);
+    printSteps(document, double(timer.nsecsElapsed()) / 1e6, out);
     if (!savePath.isEmpty()) {
         if (!SceneFile::save(savePath, document, &error)) {
             err << "vantrel: " << error << '\n';

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
 #include <QLibrary>
 
 namespace vantrel::host {
@@ -55,13 +56,24 @@ QString describeMismatch(const QByteArray &theirs, const QByteArray &ours)
         .arg(differences.join(QStringLiteral("; ")));
 }
 
+// A library hands out one plug-in object per process, however many loaders load it: the object
+// goes with the last loader that holds it. Loaders live on the GUI thread.
+QHash<IPlugin *, int> &holders()
+{
+    static QHash<IPlugin *, int> counts;
+    return counts;
+}
+
 } // namespace
 
 PluginLoader::~PluginLoader()
 {
     for (const Loaded &loaded : std::as_const(m_loaded)) {
         loaded.plugin->Uninitialize();
-        delete loaded.plugin;
+        if (--holders()[loaded.plugin] == 0) {
+            holders().remove(loaded.plugin);
+            delete loaded.plugin;
+        }
     }
 }
 
@@ -131,6 +143,7 @@ IPlugin *PluginLoader::load(const QString &path, IApplicationContext &app, QStri
                         .arg(className, QStringLiteral(VANTREL_IPLUGIN_IID)));
     }
     plugin->Initialize(app);
+    ++holders()[plugin];
     m_loaded.append(Loaded{canonical, plugin});
     return plugin;
 }

@@ -1,0 +1,28 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "tools/easylighting/easylightingscript.h"
+
+#include "frame/scriptcall.h"
+#include "frame/scriptsettings.h"
+#include "tools/easylighting/easylightingimplementation.h"
+
+namespace {
+const ScriptSetting keys[] = {
+    {"hangle", "angleH"},
+    {"vangle", "angleV"},
+    {"blur", "blur"},
+    {"contrast", "contrast"},
+};
+} // namespace
+
+QScriptValue EasyLightingScript(QScriptContext *context, QScriptEngine *engine)
+{
+    ScriptCall call(context, engine, "Usage: tools.easyLighting(params)", 1);
+    QVariantMap params;
+    if (!call.dictionary(0, "The parameter has to be a dictionary", &params))
+        return call.result();
+    EasyLightingImplementation settings(&call.document(), false);
+    ApplyScriptSettings(settings, params, keys);
+    settings.setAccepted(true);
+    return call.result();
+}
