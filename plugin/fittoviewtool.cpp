@@ -2,7 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "plugin/fittoviewtool.h"
 
-#include "plugin/toolsupport.h"
+#include "host/idocumentcontext.h"
+#include "host/iscriptrunner.h"
+#include "host/iuserinterface.h"
+#include "plugin/toolsplugin.h"
+#include "tools/fittoview/fittoviewscript.h"
+#include "tools/fittoview/fittoviewtoolbarhelper.h"
+#include "tools/fittoview/fittoviewwindow.h"
 
 QString FitToViewTool::GetTitle() const
 {
@@ -26,7 +32,15 @@ bool FitToViewTool::IsEnabled(const IDocumentContext &) const
 
 void FitToViewTool::Execute(IDocumentContext &context)
 {
-    ReportNotAvailable(context, GetTitle());
+    IUserInterface *ui = context.GetUserInterface();
+    // The window saves and fits the camera before it is shown.
+    ui->ShowToolWindow(new FitToViewWindow(*GetApplicationContext(), context, nullptr));
 }
 
-void FitToViewTool::AttachToDocument(IDocumentContext &) {}
+void FitToViewTool::AttachToDocument(IDocumentContext &context)
+{
+    if (IScriptRunner *runner = context.GetScriptRunner())
+        runner->RegisterFunction("fitToView", FitToViewScript);
+    if (context.GetUserInterface())
+        new FitToViewToolbarHelper(this, &context);
+}

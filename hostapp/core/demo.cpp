@@ -4,6 +4,7 @@
 
 #include "geometry/geometry.h"
 #include "host/hostfunctions.h"
+#include "host/icamera.h"
 #include "host/ilightnode.h"
 #include "host/itool.h"
 #include "hostapp/core/document.h"
@@ -135,6 +136,16 @@ void printLights(const Document &document, QTextStream &out)
     out << QStringLiteral("  ambient %1\n").arg(double(document.GetAmbientIntensity()), 0, 'f', 2);
 }
 
+void printCamera(const Document &document, const QString &when, QTextStream &out)
+{
+    const ICamera *camera = document.GetCamera();
+    out << QStringLiteral("  %1: target %2  distance %3  aspect ratio %4\n")
+               .arg(when, -6)
+               .arg(format(camera->GetTarget()), -24)
+               .arg(double(camera->GetDistance()), 0, 'f', 2)
+               .arg(double(camera->GetAspectRatio()), 0, 'f', 3);
+}
+
 } // namespace
 
 int runDemo(const QString &pluginPath, const QString &savePath, QTextStream &out, QTextStream &err)
@@ -183,6 +194,17 @@ int runDemo(const QString &pluginPath, const QString &savePath, QTextStream &out
         return 1;
     printLights(document, out);
     printSteps(document, double(timer.nsecsElapsed()) / 1e6, out);
+
+    out << "\nFit To View: the camera brought as close as the scene allows\n";
+    printCamera(document, QStringLiteral("before"), out);
+    timer.restart();
+    if (!runWindow(session, QStringLiteral("FitToView"), {{"padding", 0.15}}, out, err))
+        return 1;
+    const double fitMilliseconds = double(timer.nsecsElapsed()) / 1e6;
+    printCamera(document, QStringLiteral("after"), out);
+    out << QStringLiteral("took %1 ms; the camera is view state: undo steps still %2\n")
+               .arg(fitMilliseconds, 0, 'f', 3)
+               .arg(document.history().undoCount());
     if (!savePath.isEmpty()) {
         if (!SceneFile::save(savePath, document, &error)) {
             err << "vantrel: " << error << '\n';

@@ -1,0 +1,56 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "frame/toolsettings.h"
+#include "host/types.h"
+
+#include <vector>
+
+class ICamera;
+
+// Fit To View's settings. Constructing it remembers the document camera's distance, aspect ratio
+// and target, then points the camera at every visible vertex and brings it as close as it can
+// while everything still projects inside the frame, plus a padding. Unless keepAspect is set, the
+// frame's aspect ratio follows the geometry's projected shape, within 1:2.39 and 2.39:1.
+// Destroyed without being accepted, it puts the camera back as it found it; it opens no undo
+// group (the camera is view state, not part of the document's history).
+class FitToViewImplementation final : public ToolSettings
+{
+    Q_OBJECT
+    Q_PROPERTY(float padding READ GetPadding WRITE SetPadding)
+    Q_PROPERTY(bool keepAspect READ GetKeepAspect WRITE SetKeepAspect)
+
+public:
+    explicit FitToViewImplementation(IDocument *document);
+    ~FitToViewImplementation() override;
+
+    float GetPadding() const { return m_padding; }
+    bool GetKeepAspect() const { return m_keepAspect; }
+    // Limited to 0..1. A change only rescales the distance of the last fit: no vertex pass.
+    void SetPadding(float padding);
+    // A change fits again, from the camera as it is now.
+    void SetKeepAspect(bool keepAspect);
+
+    QList<QVariantMap> GetPropertiesList() override;
+
+    // The tightest distance the last fit found, before the padding; 0 before any fit.
+    float fitDistanceBase() const { return m_fitDistanceBase; }
+    // The vertex passes run since construction, for measurements.
+    int passCount() const { return m_passes; }
+
+private:
+    void computeFit();
+    void
+    fitDistance(const std::vector<Vector3> &vertices, ICamera *camera, const Matrix &projection);
+    ICamera *camera() const;
+    bool inside(const std::vector<Vector3> &vertices, ICamera *camera, const Matrix &projection);
+
+    float m_savedDistance;
+    float m_savedAspectRatio;
+    Vector3 m_savedTarget;
+    float m_fitDistanceBase = 0.0f;
+    float m_padding = 0.1f;
+    bool m_keepAspect = false;
+    int m_passes = 0;
+};

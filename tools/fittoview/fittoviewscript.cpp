@@ -1,0 +1,26 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "tools/fittoview/fittoviewscript.h"
+
+#include "frame/scriptcall.h"
+#include "frame/scriptsettings.h"
+#include "tools/fittoview/fittoviewimplementation.h"
+
+namespace {
+const ScriptSetting keys[] = {
+    {"padding", "padding"},
+    {"keepAspect", "keepAspect"},
+};
+} // namespace
+
+QScriptValue FitToViewScript(QScriptContext *context, QScriptEngine *engine)
+{
+    ScriptCall call(context, engine, "Usage: tools.fitToView(params)", 1);
+    QVariantMap params;
+    if (!call.dictionary(0, "The parameter has to be a dictionary", &params))
+        return call.result();
+    FitToViewImplementation settings(&call.document());
+    ApplyScriptSettings(settings, params, keys);
+    settings.setAccepted(true);
+    return call.result();
+}
