@@ -2,7 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "plugin/stacktool.h"
 
+#include "host/iscriptrunner.h"
+#include "plugin/toolsplugin.h"
 #include "plugin/toolsupport.h"
+#include "tools/stack/stackclassification.h"
+#include "tools/stack/stackscript.h"
+#include "tools/stack/stackwindow.h"
 
 QString StackTool::GetTitle() const
 {
@@ -26,7 +31,34 @@ bool StackTool::IsEnabled(const IDocumentContext &context) const
 
 void StackTool::Execute(IDocumentContext &context)
 {
-    ReportNotAvailable(context, GetTitle());
+    IDocument *document = context.GetDocument();
+    IUserInterface *ui = context.GetUserInterface();
+    // The selection's order is the stacking order, bottom first.
+    std::vector<INode *> nodes = document->GetSelection();
+    if (nodes.empty()) {
+        ui->ShowMessage(QStringLiteral("Can't built a stack: nothing selected"), 0);
+        return;
+    }
+    switch (FilterStackableNodes(nodes)) {
+    case AllSuitable:
+        ui->ShowToolWindow(new StackWindow(nodes, *GetApplicationContext(), context, 3, nullptr));
+        break;
+    case NoneSuitable:
+        ui->ShowMessage(QStringLiteral("None of the selected shapes are suitable for stacking. "
+                                       "Please select flat stackable object, like a book or box."),
+                        0);
+        break;
+    case SomeUnsuitable:
+        ui->ShowMessage(QStringLiteral("Some of the selected shapes are not suitable for stacking. "
+                                       "Please select flat stackable objects only, like books or "
+                                       "boxes."),
+                        0);
+        break;
+    }
 }
 
-void StackTool::AttachToDocument(IDocumentContext &) {}
+void StackTool::AttachToDocument(IDocumentContext &context)
+{
+    if (IScriptRunner *runner = context.GetScriptRunner())
+        runner->RegisterFunction("stack", StackScript);
+}

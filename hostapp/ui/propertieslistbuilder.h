@@ -31,8 +31,8 @@ constexpr char SizeChange[] = "sizeChange"; // a label's font size change in poi
 
 // Describes a property panel, row by row in display order. A settings object builds one in
 // GetPropertiesList(); PropertyListWidget turns the rows into widgets. The first row is the
-// panel's title: the widget takes it as its accessible name and does not draw it (the tool
-// window's title bar already says it).
+// panel's title: the widget takes it as its accessible name, and shows it only as the caption of
+// rows added before the first AddPanel (the tool window's title bar already names the tool).
 class VANTREL_HOSTUI_EXPORT PropertiesListBuilder
 {
 public:

@@ -107,8 +107,10 @@ void PropertyListWidget::addRow(const QVariantMap &row, QFormLayout *&group, QWi
         return;
     }
     if (kind == QLatin1String(PanelRow::Group) || !group) {
-        auto *box = new QGroupBox(
-            kind == QLatin1String(PanelRow::Group) ? text(row, PanelRow::Text) : QString(), this);
+        // Rows before the first group stand under the panel's title.
+        auto *box = new QGroupBox(kind == QLatin1String(PanelRow::Group) ? text(row, PanelRow::Text)
+                                                                         : accessibleName(),
+                                  this);
         layout()->addWidget(box);
         group = newForm(box);
         container = box;

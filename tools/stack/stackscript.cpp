@@ -1,0 +1,72 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "tools/stack/stackscript.h"
+
+#include "frame/scriptcall.h"
+#include "tools/stack/stackbuilder.h"
+#include "tools/stack/stackclassification.h"
+
+#include <QScriptContext>
+
+#include <algorithm>
+
+QScriptValue StackScript(QScriptContext *context, QScriptEngine *engine)
+{
+    ScriptCall call(context, engine, "Usage: tools.stack(nodes, params)", 2);
+    std::vector<INode *> nodes;
+    QVariantMap params;
+    // A bare node is no array here: the stack's order comes from the array.
+    if (call.ok() && !context->argument(0).isArray()) {
+        call.fail("The first parameter has to be an array of nodes");
+        return call.result();
+    }
+    if (!call.nodes(0, "The first parameter has to be an array of nodes", &nodes)
+        || !call.dictionary(1, "The second parameter has to be a dictionary", &params))
+        return call.result();
+    if (nodes.empty()) {
+        call.fail("The list of nodes is empty");
+        return call.result();
+    }
+    if (FilterStackableNodes(nodes) != AllSuitable) {
+        call.fail("The list contains nodes that cannot be stacked");
+        return call.result();
+    }
+    const QLatin1String repeatsKey("repeats");
+    const int repeats = params.contains(repeatsKey) ? params.value(repeatsKey).toInt() : 3;
+    const long long shapes = (long long) nodes.size() * std::max(repeats, 1);
+    if (shapes > MostStackedShapes) {
+        const QByteArray message
+            = QStringLiteral("The stack would hold %1 shapes; at most %2 can be "
+                             "stacked")
+                  .arg(shapes)
+                  .arg(MostStackedShapes)
+                  .toUtf8();
+        call.fail(message.constData());
+        return call.result();
+    }
+
+    StackBuilder builder(nodes, &call.document(), std::size_t(std::max(repeats, 0)), false);
+    auto apply = [&params](const char *key, auto &parameter, auto convert) {
+        const QString name = QLatin1String(key);
+        if (!params.contains(name))
+            return false;
+        parameter = convert(params.value(name));
+        return true;
+    };
+    const auto toInt = [](const QVariant &v) { return v.toInt(); };
+    const auto toFloat = [](const QVariant &v) { return v.toFloat(); };
+    if (apply("seed", builder.seed, toInt))
+        builder.Layout();
+    if (apply("twistStep", builder.twistStep, toFloat))
+        builder.Layout();
+    if (apply("twistDisorder", builder.twistDisorder, toFloat))
+        builder.Layout();
+    if (apply("offsetX", builder.offsetX, toFloat))
+        builder.Layout();
+    if (apply("offsetY", builder.offsetY, toFloat))
+        builder.Layout();
+    if (apply("offsetDisorder", builder.offsetDisorder, toFloat))
+        builder.Layout();
+    builder.committed = true;
+    return call.result();
+}
