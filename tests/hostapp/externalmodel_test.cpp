@@ -436,4 +436,10 @@ TEST(ExternalModelScene, PathsResolveFromTheSceneFolderAndRoundTripExactly)
               (again + ": root.children[0].params.path: " + dir.filePath("models/bottle 19.obj")
                + ": no such file")
                   .toStdString());
+
+    // The open shape keeps resolving from the scene's folder when its path changes later.
+    ASSERT_TRUE(QFile::copy(s_jar, dir.filePath("models/jar.obj")));
+    shape->generator()->setProperty("path", QStringLiteral("models/jar.obj"));
+    EXPECT_EQ(shape->generator()->refusal(), QString());
+    EXPECT_EQ(shape->mesh()->vertexCount(), load(s_jar)->vertexCount()) << "the copied jar";
 }
