@@ -28,7 +28,7 @@ done
 
 packages=(build-essential binutils cmake ninja-build clang-format
           qtbase5-dev qtscript5-dev
-          googletest libgtest-dev libbenchmark-dev fonts-dejavu-core)
+          googletest libgtest-dev libbenchmark-dev fonts-dejavu-core libassimp-dev)
 missing=()
 for package in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed" \

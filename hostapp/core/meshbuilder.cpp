@@ -509,16 +509,16 @@ void MeshBuilder::transformSince(const Mark &mark, const Matrix &matrix)
     }
 }
 
-void MeshBuilder::computeTangents(Part &part)
+void MeshBuilder::computeTangents(std::vector<VertexRecord> &vertices,
+                                  const std::vector<quint32> &indices)
 {
     // Per triangle, the tangent is the direction in which u grows and the bitangent the one in
     // which v grows; each vertex sums them over its triangles, then keeps the tangent's part
     // that is perpendicular to its normal.
-    std::vector<VertexRecord> &vertices = part.vertices;
     std::vector<Vector3> tangents(vertices.size()), bitangents(vertices.size());
     const auto position = [&vertices](quint32 i) { return load(vertices[i].position); };
-    for (std::size_t t = 0; t + 2 < part.indices.size(); t += 3) {
-        const quint32 i0 = part.indices[t], i1 = part.indices[t + 1], i2 = part.indices[t + 2];
+    for (std::size_t t = 0; t + 2 < indices.size(); t += 3) {
+        const quint32 i0 = indices[t], i1 = indices[t + 1], i2 = indices[t + 2];
         const Vector3 e1 = subtract(position(i1), position(i0));
         const Vector3 e2 = subtract(position(i2), position(i0));
         const float *uv0 = vertices[i0].texCoord, *uv1 = vertices[i1].texCoord,
@@ -558,7 +558,7 @@ MeshPtr MeshBuilder::build()
     for (Part &part : m_parts) {
         if (part.vertices.empty())
             continue;
-        computeTangents(part);
+        computeTangents(part.vertices, part.indices);
         parts.push_back(
             std::make_unique<MeshPart>(std::move(part.vertices), std::move(part.indices)));
     }

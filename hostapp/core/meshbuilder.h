@@ -117,6 +117,12 @@ public:
     // viewer.
     static Matrix hingeRotation(float x, float y, float degrees);
 
+    // Fills the tangent frame of every vertex from the normals and texture coordinates of the
+    // triangles around it: the tangent points where u grows, the bitangent where v grows.
+    // Vertices without usable texture directions get some frame perpendicular to their normal.
+    static void computeTangents(std::vector<VertexRecord> &vertices,
+                                const std::vector<quint32> &indices);
+
 private:
     struct Part
     {
@@ -134,7 +140,6 @@ private:
     // The face of a prism at y: a fan over outer, or the ring between outer and inner when
     // inner (paired point by point with outer) is not empty.
     void addCap(const Outline &outer, const Outline &inner, float y, bool facesBack);
-    static void computeTangents(Part &part);
 
     std::vector<Part> m_parts;
 };

@@ -225,7 +225,8 @@ QScriptValue vertexCount(QScriptContext *context, QScriptEngine *engine)
 }
 
 // Writes one parameter through the generator's own limits; false with a message when the
-// generator has no such parameter or the value is of the wrong kind.
+// generator has no such parameter, the value is of the wrong kind or the generator refuses it
+// (a model file that cannot be read: the message names the file).
 bool writeParameter(ShapeGenerator &generator,
                     const QString &name,
                     const QVariant &value,
@@ -239,6 +240,10 @@ bool writeParameter(ShapeGenerator &generator,
     if (!generator.setProperty(name.toUtf8().constData(), value)) {
         *error = QStringLiteral("Parameter \"%1\" of %2 cannot take %3")
                      .arg(name, QLatin1String(generator.GetTypeId()), value.toString());
+        return false;
+    }
+    if (!generator.refusal().isEmpty()) {
+        *error = generator.refusal();
         return false;
     }
     return true;

@@ -7,6 +7,7 @@
 #include "hostapp/core/scenewriter.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 
 namespace vantrel::host {
@@ -59,7 +60,7 @@ std::unique_ptr<Document> SceneFile::load(const QString &path, QString *errorMes
 std::unique_ptr<Document>
 SceneFile::fromJson(const QByteArray &json, const QString &fileName, QString *errorMessage)
 {
-    SceneReader reader;
+    SceneReader reader(QFileInfo(fileName).absolutePath());
     std::unique_ptr<Document> document = reader.read(json);
     if (!document && errorMessage)
         *errorMessage = reader.refusal().message(fileName);
@@ -82,7 +83,7 @@ bool SceneFile::save(const QString &path, const Document &document, QString *err
     // A file that would not open again is worse than no save: the previous file stays, and the
     // message names the node to fix.
     const QByteArray bytes = toJson(document);
-    SceneReader reader;
+    SceneReader reader; // checks the file's own contents, not the model files it names
     if (!reader.read(bytes))
         return refuse(reader.refusal());
 

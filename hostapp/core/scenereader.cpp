@@ -5,6 +5,7 @@
 #include "hostapp/core/basenode.h"
 #include "hostapp/core/document.h"
 #include "hostapp/core/generatorregistry.h"
+#include "hostapp/core/generators/externalmodelgenerator.h"
 #include "hostapp/core/lightnode.h"
 #include "hostapp/core/meshnode.h"
 #include "hostapp/core/scenefile.h"
@@ -529,6 +530,9 @@ bool SceneReader::readParams(const QJsonValue &value,
     const QJsonObject params = value.toObject();
     const QStringList names = generator->parameterNames();
     const QString typeId = QString::fromLatin1(generator->GetTypeId());
+    auto *model = qobject_cast<ExternalModelGenerator *>(generator);
+    if (model)
+        model->setBaseDirectory(m_modelDirectory);
     for (auto it = params.constBegin(); it != params.constEnd(); ++it) {
         if (!names.contains(it.key()))
             return fail(place,
@@ -570,8 +574,14 @@ bool SceneReader::readParams(const QJsonValue &value,
         default:
             return fail(here, QStringLiteral("a parameter of this type cannot be read"));
         }
+        if (model && m_modelDirectory.isNull())
+            continue; // a save's check: the path was read and its type is right
         // The WRITE accessor limits the value; one it changes is outside what the shape takes.
+        // A few values are refused outright, with their own reason (a model file that cannot
+        // be read).
         property.write(generator, wanted);
+        if (!generator->refusal().isEmpty())
+            return fail(here, generator->refusal());
         const QVariant taken = property.read(generator);
         if (taken != wanted) {
             const QString takenText = taken.userType() == QMetaType::Float

@@ -54,6 +54,14 @@ public:
         QString message(const QString &prefix) const;
     };
 
+    // modelDirectory is the folder that relative model paths in the file start from: the
+    // folder of the scene file. A null one reads no model file and leaves the paths unchecked,
+    // for a save checking that its output opens again: a model that went missing since it was
+    // loaded must not stop the scene from being saved.
+    explicit SceneReader(const QString &modelDirectory = QString())
+        : m_modelDirectory(modelDirectory)
+    {}
+
     // A new document (no undo steps) with the scene of json, or null with refusal() set.
     std::unique_ptr<Document> read(const QByteArray &json);
     const Refusal &refusal() const { return m_refusal; }
@@ -98,6 +106,7 @@ private:
     bool readParams(const QJsonValue &value, ShapeGenerator *generator, const QString &place);
     bool readSelection(const QJsonValue &value, Document *document);
 
+    QString m_modelDirectory;
     Refusal m_refusal;
 };
 

@@ -97,6 +97,7 @@ QVariant ShapeGenerator::value(const char *name) const
 
 void ShapeGenerator::setValue(const char *name, const QVariant &value)
 {
+    m_refusal.clear();
     const QByteArray key(name);
     const QVariant before = m_values.value(key);
     if (before == value)

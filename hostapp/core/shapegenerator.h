@@ -9,6 +9,7 @@
 #include <QByteArray>
 #include <QHash>
 #include <QObject>
+#include <QString>
 #include <QStringList>
 #include <QVariant>
 
@@ -52,6 +53,11 @@ public:
     // Writes a stored value without limits and without recording (undo and redo use it).
     void restoreValue(const QByteArray &name, const QVariant &value);
 
+    // Why the latest parameter write left the value as it was, for the rare values that are
+    // refused rather than limited (a model file that cannot be read); empty when it was taken.
+    // Whoever writes a parameter on behalf of a user (scene files, scripts) reports it.
+    const QString &refusal() const { return m_refusal; }
+
 protected:
     explicit ShapeGenerator(const char *typeId);
 
@@ -68,12 +74,16 @@ protected:
 
     // Replaces the current mesh, for generators whose mesh does not come from build().
     void setMesh(MeshPtr mesh);
+    // For WRITE accessors that refuse a value instead of calling setValue: says why, until the
+    // next write.
+    void refuse(const QString &problem) { m_refusal = problem; }
 
 private:
     QByteArray m_typeId;
     QHash<QByteArray, QVariant> m_values;
     mutable MeshPtr m_mesh; // null until built, and after a parameter changed
     ChangeRecorder *m_recorder = nullptr;
+    QString m_refusal;
 };
 
 } // namespace vantrel::host

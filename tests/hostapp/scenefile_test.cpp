@@ -23,6 +23,7 @@ using namespace vantrel::host;
 namespace {
 
 const QString s_errorDir = QStringLiteral(VANTREL_SOURCE_DIR "/tests/errors/");
+const QString s_jar = QStringLiteral(VANTREL_SOURCE_DIR "/examples/models/jar.obj");
 
 QByteArray readAll(const QString &path)
 {
@@ -55,7 +56,7 @@ void setEveryParameter(MeshNode *shape, int seed)
         else if (it->userType() == QMetaType::Int)
             generator->setProperty(name, it->toInt() + 1);
         else
-            generator->setProperty(name, QStringLiteral("models/bottle %1.obj").arg(seed));
+            generator->setProperty(name, s_jar); // a model file that exists
         EXPECT_NE(generator->property(name), *it)
             << generator->GetTypeId() << " " << name.constData() << " kept its default";
     }
@@ -148,7 +149,7 @@ TEST(SceneFile, RoundTripIsExactForEveryGeneratorAndNodeKind)
     // the format documents, since a reader and writer could agree on something else.
     const QByteArray text = readAll(first);
     EXPECT_TRUE(text.contains("\"coverAngle\": 37.5")) << "a float that is exact in decimal";
-    EXPECT_TRUE(text.contains("\"path\": \"models/bottle 19.obj\""));
+    EXPECT_TRUE(text.contains("\"path\": \"" + s_jar.toUtf8() + '"'));
     EXPECT_TRUE(text.contains("\"selection\": [\n        \"0/4\",")) << "child-index paths";
 }
 
@@ -251,6 +252,9 @@ TEST(SceneFile, RefusesEachBrokenFixtureWithItsMessage)
          ": root.children[0].params.type: expected an integer, found 1.5"},
         {"param_path_not_string.json",
          ": root.children[0].params.path: expected a string, found an array"},
+        {"model_file_missing.json",
+         ": root.children[0].params.path: " + s_errorDir
+             + "models/no_such_bottle.obj: no such file"},
         {"light_mode_unknown.json", ": root.children[0].lightMode: expected 0 or 1, found 3"},
         {"light_cast_shadows_not_boolean.json",
          ": root.children[0].castShadows: expected true or false, found 1"},

@@ -2,6 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/generators/externalmodelgenerator.h"
 
+#include "hostapp/core/modelfile.h"
+
+#include <QDir>
+
 namespace vantrel::host {
 
 ExternalModelGenerator::ExternalModelGenerator(const char *typeId)
@@ -12,26 +16,51 @@ ExternalModelGenerator::ExternalModelGenerator(const char *typeId)
 
 void ExternalModelGenerator::setPath(const QString &path)
 {
+    if (path == this->path()) {
+        setValue("path", QVariant(path)); // nothing to load, and nothing to record
+        return;
+    }
+    // A write reads the file as it is now (the cache makes an unchanged file cheap); only undo
+    // and redo fall back on the meshes kept below.
+    if (!path.isEmpty()) {
+        QString error;
+        MeshPtr mesh = ModelFile::load(resolve(path), &error);
+        if (!mesh) {
+            refuse(error);
+            return;
+        }
+        m_meshes.insert(path, std::move(mesh));
+    }
     setValue("path", QVariant(path));
+}
+
+QString ExternalModelGenerator::resolve(const QString &path) const
+{
+    // filePath joins without tidying, so a message shows the user's own text at its end.
+    return QDir(m_baseDirectory.isEmpty() ? QDir::currentPath() : m_baseDirectory).filePath(path);
 }
 
 void ExternalModelGenerator::setModelMesh(MeshPtr mesh)
 {
-    m_modelMesh = std::move(mesh);
+    if (mesh)
+        m_meshes.insert(path(), std::move(mesh));
+    else
+        m_meshes.remove(path());
     setMesh(build());
 }
 
 MeshPtr ExternalModelGenerator::build() const
 {
-    if (m_modelMesh)
-        return m_modelMesh;
+    if (MeshPtr mesh = m_meshes.value(path()))
+        return mesh;
     return std::make_shared<const Mesh>(std::vector<std::unique_ptr<MeshPart>>());
 }
 
 std::unique_ptr<ShapeGenerator> ExternalModelGenerator::create() const
 {
     auto copy = std::make_unique<ExternalModelGenerator>(GetTypeId());
-    copy->m_modelMesh = m_modelMesh;
+    copy->m_baseDirectory = m_baseDirectory;
+    copy->m_meshes = m_meshes;
     return copy;
 }
 
