@@ -5,7 +5,27 @@
 #include <QMetaProperty>
 #include <QObject>
 
+#include <climits>
+#include <cmath>
+
 namespace {
+
+// A script number as an int. Within the int range it is what QVariant::toInt gives; beyond it
+// the conversion would wrap round (3e9 would become a negative count), so it saturates instead,
+// and not a number gives 0 like any value that is no number.
+QVariant toInt(const QVariant &value)
+{
+    if (value.userType() == QMetaType::Double || value.userType() == QMetaType::Float) {
+        const double number = value.toDouble();
+        if (std::isnan(number))
+            return QVariant(0);
+        if (number >= double(INT_MAX))
+            return QVariant(INT_MAX);
+        if (number <= double(INT_MIN))
+            return QVariant(INT_MIN);
+    }
+    return QVariant(value.toInt());
+}
 
 // The value as the property's own type. QMetaProperty::write would refuse a value it cannot
 // convert and write nothing; converting first makes every value count, as 0 or false at worst.
@@ -17,7 +37,7 @@ QVariant converted(const QVariant &value, int type)
     case QMetaType::Double:
         return QVariant(value.toDouble());
     case QMetaType::Int:
-        return QVariant(value.toInt());
+        return toInt(value);
     case QMetaType::Bool:
         return QVariant(value.toBool());
     default:

@@ -17,9 +17,10 @@ struct ScriptSetting
 
 // Writes the dictionary into the settings object, in the order of the table. For each key the
 // dictionary has, the value is converted with toFloat, toInt or toBool after the property's type,
-// without checking that the conversion succeeded (so "abc" gives 0 and an object gives false),
-// and passed to the property's WRITE accessor, which applies its own limits. Keys the table does
-// not name are ignored; a missing key leaves the property as the object started it.
+// without checking that the conversion succeeded (so "abc" gives 0 and an object gives false;
+// a number beyond the int range gives the nearest int rather than a wrapped one), and passed to the
+// property's WRITE accessor, which applies its own limits. Keys the table does not name are
+// ignored; a missing key leaves the property as the object started it.
 void ApplyScriptSettings(QObject &settings,
                          const QVariantMap &dictionary,
                          const ScriptSetting *table,

@@ -2,7 +2,24 @@
 // SPDX-License-Identifier: MIT
 #include "plugin/stepandrepeattool.h"
 
+#include "host/idocument.h"
+#include "host/idocumentcontext.h"
+#include "host/inode.h"
+#include "host/iscriptrunner.h"
+#include "host/iuserinterface.h"
+#include "plugin/toolsplugin.h"
 #include "plugin/toolsupport.h"
+#include "tools/stepandrepeat/stepandrepeatscript.h"
+#include "tools/stepandrepeat/stepandrepeatwindow.h"
+
+namespace {
+
+bool hasSingleSelection(const IDocument *document)
+{
+    return document->GetSelection().size() == 1;
+}
+
+} // namespace
 
 QString StepAndRepeatTool::GetTitle() const
 {
@@ -19,6 +36,8 @@ int StepAndRepeatTool::GetOrder() const
     return 4;
 }
 
+// Enabled for any selection, so that a wrong one gets the message below rather than a greyed-out
+// entry that does not say why.
 bool StepAndRepeatTool::IsEnabled(const IDocumentContext &context) const
 {
     return HasSelection(context);
@@ -26,7 +45,27 @@ bool StepAndRepeatTool::IsEnabled(const IDocumentContext &context) const
 
 void StepAndRepeatTool::Execute(IDocumentContext &context)
 {
-    ReportNotAvailable(context, GetTitle());
+    IDocument *document = context.GetDocument();
+    IUserInterface *ui = context.GetUserInterface();
+    if (!document || !ui)
+        return; // nowhere to show the window: nothing to do
+    // A shape, as the script function requires too: a light or a group would be copied, but a
+    // grid of lights is not what the tool is for, and the message says "shape".
+    if (!hasSingleSelection(document)
+        || document->GetSelection().front()->GetNodeType() != INode::MeshNodeType) {
+        ui->ShowMessage(
+            QStringLiteral("Step and Repeat tool requires a single shape object to be selected."),
+            0);
+        return;
+    }
+    // The window opens the undo group and builds the default grid before it is shown; the host
+    // owns it from here and deletes it after it has closed.
+    ui->ShowToolWindow(new StepAndRepeatWindow(*GetApplicationContext(), context, nullptr));
 }
 
-void StepAndRepeatTool::AttachToDocument(IDocumentContext &) {}
+void StepAndRepeatTool::AttachToDocument(IDocumentContext &context)
+{
+    // A script function only: Step and Repeat has no tool-bar button.
+    if (IScriptRunner *runner = context.GetScriptRunner())
+        runner->RegisterFunction("stepAndRepeat", StepAndRepeatScript);
+}

@@ -22,6 +22,7 @@
 #include <QPushButton>
 #include <QTextStream>
 
+#include <cmath>
 #include <utility>
 
 namespace vantrel::host {
@@ -74,14 +75,46 @@ void printSteps(const Document &document, double milliseconds, QTextStream &out)
                .arg(document.history().undoText());
 }
 
-// What a user does with a tool window: open it from its tool-bar button, move its sliders and
-// press OK. The window is the tool's own, driven through its real property panel.
+// What a user does with a tool window once it is open: move its sliders and press OK. The
+// window is the tool's own, driven through its real property panel.
 using Settings = std::vector<std::pair<const char *, double>>;
-bool runWindow(Session &session,
-               const QString &buttonId,
-               const Settings &settings,
-               QTextStream &out,
-               QTextStream &err)
+bool driveWindow(Session &session,
+                 const QString &opener,
+                 const Settings &settings,
+                 QTextStream &out,
+                 QTextStream &err)
+{
+    QDialog *window = session.userInterface().openWindow();
+    PanelAccess *panel = nullptr;
+    if (window) {
+        const QList<QObject *> children = window->findChildren<QObject *>();
+        for (QObject *child : children) {
+            if (!panel)
+                panel = qobject_cast<PanelAccess *>(child);
+        }
+    }
+    auto *ok = window ? window->findChild<QPushButton *>(QStringLiteral("ok")) : nullptr;
+    if (!panel || !ok) {
+        err << "vantrel: " << opener << " opened no settings window\n";
+        return false;
+    }
+    out << "window \"" << window->windowTitle() << "\":";
+    for (const auto &[property, value] : settings) {
+        panel->setPanelValue(QLatin1String(property), value);
+        out << ' ' << property << ' ' << panel->panelValue(QLatin1String(property)).toDouble();
+    }
+    out << ", OK\n";
+    ok->click();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return true;
+}
+
+// A tool window opened from its tool-bar button.
+bool runToolbarWindow(Session &session,
+                      const QString &buttonId,
+                      const Settings &settings,
+                      QTextStream &out,
+                      QTextStream &err)
 {
     QAction *button = nullptr;
     for (QAction *action : session.userInterface().toolbarActions()) {
@@ -94,29 +127,25 @@ bool runWindow(Session &session,
     }
     session.document().history().setNextStepName(button->text());
     button->trigger();
-    QDialog *window = session.userInterface().openWindow();
-    PanelAccess *panel = nullptr;
-    if (window) {
-        const QList<QObject *> children = window->findChildren<QObject *>();
-        for (QObject *child : children) {
-            if (!panel)
-                panel = qobject_cast<PanelAccess *>(child);
-        }
-    }
-    auto *ok = window ? window->findChild<QPushButton *>(QStringLiteral("ok")) : nullptr;
-    if (!panel || !ok) {
-        err << "vantrel: the \"" << button->text() << "\" button opened no settings window\n";
+    return driveWindow(
+        session, QStringLiteral("the \"%1\" button").arg(button->text()), settings, out, err);
+}
+
+// A tool window opened from the tool list, as tools without a tool-bar button are.
+bool runListedWindow(Session &session,
+                     const QString &title,
+                     const Settings &settings,
+                     QTextStream &out,
+                     QTextStream &err)
+{
+    ITool *tool = session.tools().findTool(title);
+    if (!tool) {
+        err << "vantrel: the plug-in registered no \"" << title << "\" tool\n";
         return false;
     }
-    out << "window \"" << window->windowTitle() << "\":";
-    for (const auto &[property, value] : settings) {
-        panel->setPanelValue(QLatin1String(property), value);
-        out << ' ' << property << ' ' << panel->panelValue(QLatin1String(property)).toDouble();
-    }
-    out << ", OK\n";
-    ok->click();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    return true;
+    session.document().history().setNextStepName(title);
+    tool->Execute(session.context());
+    return driveWindow(session, QStringLiteral("\"%1\"").arg(title), settings, out, err);
 }
 
 void printLights(const Document &document, QTextStream &out)
@@ -144,6 +173,36 @@ void printCamera(const Document &document, const QString &when, QTextStream &out
                .arg(format(camera->GetTarget()), -24)
                .arg(double(camera->GetDistance()), 0, 'f', 2)
                .arg(double(camera->GetAspectRatio()), 0, 'f', 3);
+}
+
+// The group Step and Repeat made: what it holds and the room the grid takes.
+void printGrid(const INode *group, QTextStream &out)
+{
+    const std::vector<INode *> &members = group->GetChildren();
+    const TBBox<float> box = ComputeNodeBBox(group);
+    out << QStringLiteral(
+               "  group \"%1\": %2 boxes (\"%3\" to \"%4\"), the gift box and %5 copies\n")
+               .arg(group->GetName())
+               .arg(members.size())
+               .arg(members.front()->GetName(), members.back()->GetName())
+               .arg(members.size() - 1);
+    out << QStringLiteral("  grid size %1 x %2 x %3 from %4\n")
+               .arg(double(box.max[0] - box.min[0]), 0, 'f', 2)
+               .arg(double(box.max[1] - box.min[1]), 0, 'f', 2)
+               .arg(double(box.max[2] - box.min[2]), 0, 'f', 2)
+               .arg(format(Vector3(box.min[0], box.min[1], box.min[2])));
+}
+
+// The group the Stack tool made: what it holds and how high it stands.
+void printStack(const INode *group, QTextStream &out)
+{
+    const std::vector<INode *> &members = group->GetChildren();
+    const TBBox<float> box = ComputeNodeBBox(group);
+    out << QStringLiteral("  group \"%1\": %2 books, from z %3 to %4\n")
+               .arg(group->GetName())
+               .arg(members.size())
+               .arg(std::abs(box.min[2]) < 0.005f ? 0.0 : double(box.min[2]), 0, 'f', 2)
+               .arg(double(box.max[2]), 0, 'f', 2);
 }
 
 } // namespace
@@ -186,19 +245,71 @@ int runDemo(const QString &pluginPath, const QString &savePath, QTextStream &out
 
     out << "\nEasy Lighting: one light steered by four numbers\n";
     timer.restart();
-    if (!runWindow(session,
-                   QStringLiteral("EasyLighting"),
-                   {{"angleH", -135}, {"angleV", 40}, {"contrast", 0.65}, {"blur", 0.2}},
-                   out,
-                   err))
+    if (!runToolbarWindow(session,
+                          QStringLiteral("EasyLighting"),
+                          {{"angleH", -135}, {"angleV", 40}, {"contrast", 0.65}, {"blur", 0.2}},
+                          out,
+                          err))
         return 1;
     printLights(document, out);
+    printSteps(document, double(timer.nsecsElapsed()) / 1e6, out);
+
+    out << "\nStep and Repeat: a grid of copies of the gift box\n";
+    INode *giftBox = nullptr;
+    for (INode *node : document.GetRootNode()->GetChildren()) {
+        if (node->GetName() == QLatin1String("Gift Box"))
+            giftBox = node;
+    }
+    if (!giftBox) {
+        err << "vantrel: the sample scene has no \"Gift Box\"\n";
+        return 1;
+    }
+    // Picking the box is a step of its own, as a click in the scene would be.
+    document.history().setNextStepName(QStringLiteral("Select"));
+    document.SetSelection({giftBox}, Document::ReplaceSelection);
+    out << "selected \"Gift Box\"; undo steps: " << document.history().undoCount() << '\n';
+    timer.restart();
+    if (!runListedWindow(session,
+                         QStringLiteral("Step and Repeat..."),
+                         {{"repeatX", 4},
+                          {"repeatY", 3},
+                          {"repeatZ", 2},
+                          {"stepX", 5},
+                          {"stepY", 2.5},
+                          {"stepZ", 0}},
+                         out,
+                         err))
+        return 1;
+    printGrid(giftBox->GetParent(), out);
+    printSteps(document, double(timer.nsecsElapsed()) / 1e6, out);
+
+    out << "\nStack: the two books stacked twice over with a twist\n";
+    std::vector<INode *> books;
+    for (INode *node : hovering) {
+        if (node->GetName() != QLatin1String("DVD Case"))
+            books.push_back(node);
+    }
+    document.history().setNextStepName(QStringLiteral("Select"));
+    document.SetSelection(books, Document::ReplaceSelection);
+    out << "selected the " << books.size()
+        << " books; undo steps: " << document.history().undoCount() << '\n';
+    timer.restart();
+    if (!runListedWindow(session,
+                         QStringLiteral("Stack..."),
+                         {{"generationRepeatList", 2},
+                          {"generationSeed", 3},
+                          {"twistStep", 6},
+                          {"offsetDisorder", 0.2}},
+                         out,
+                         err))
+        return 1;
+    printStack(books.front()->GetParent(), out);
     printSteps(document, double(timer.nsecsElapsed()) / 1e6, out);
 
     out << "\nFit To View: the camera brought as close as the scene allows\n";
     printCamera(document, QStringLiteral("before"), out);
     timer.restart();
-    if (!runWindow(session, QStringLiteral("FitToView"), {{"padding", 0.15}}, out, err))
+    if (!runToolbarWindow(session, QStringLiteral("FitToView"), {{"padding", 0.15}}, out, err))
         return 1;
     const double fitMilliseconds = double(timer.nsecsElapsed()) / 1e6;
     printCamera(document, QStringLiteral("after"), out);

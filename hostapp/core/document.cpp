@@ -315,6 +315,23 @@ BaseNode *Document::insertNode(BaseNode *parent, std::unique_ptr<BaseNode> node)
 
 std::vector<Document::Placement> Document::detach(const std::vector<BaseNode *> &nodes)
 {
+    // One node, the common case of every clone, move and their undo: no batch bookkeeping.
+    if (nodes.size() == 1) {
+        BaseNode *node = nodes.front();
+        BaseNode *parent = node->m_parent;
+        if (!parent)
+            return {};
+        std::vector<INode *> &children = parent->m_children;
+        // Searching from the back makes the most common place, the last child, constant time.
+        for (auto i = int(children.size()) - 1; i >= 0; --i) {
+            if (children[i] == node) {
+                children.erase(children.begin() + i);
+                node->m_parent = nullptr;
+                return {Placement{node, parent, i}};
+            }
+        }
+        return {};
+    }
     struct Batch
     {
         int count = 0;

@@ -146,6 +146,12 @@ QScriptValue runTool(QScriptContext *context, QScriptEngine *engine)
     if (!tool->IsEnabled(documentContext))
         return context->throwError(QStringLiteral("Tool is disabled: %1").arg(title));
     auto *ui = qobject_cast<HeadlessUserInterface *>(documentContext.GetUserInterface());
+    // A window still open is closed as Cancel would close it, and deleted now: its undo group
+    // must be settled before the next tool opens a group of its own.
+    if (QDialog *open = runner(engine).openWindow()) {
+        open->reject();
+        delete open;
+    }
     const int messagesBefore = ui ? ui->messages().size() : 0;
     tool->Execute(documentContext);
     // The text of the message the tool showed, if it showed one.

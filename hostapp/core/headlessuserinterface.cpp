@@ -50,8 +50,15 @@ void HeadlessUserInterface::ShowToolWindow(QDialog *window)
 {
     if (!window)
         return;
-    if (m_window)
-        m_window->reject(); // one tool window at a time, as with modal windows on a desktop
+    if (m_window) {
+        // One tool window at a time, as with modal windows on a desktop. The newcomer was built
+        // while the open window's undo group was still open, so its own group lies inside that
+        // one; closing the open window first would cancel the newcomer's group instead of its
+        // own. So the newcomer goes, at once and as Cancel would close it.
+        window->reject();
+        delete window;
+        return;
+    }
     m_window = window;
     connect(window, &QDialog::finished, window, &QObject::deleteLater);
     window->show();

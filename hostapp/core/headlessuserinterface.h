@@ -17,7 +17,9 @@ namespace vantrel::host {
 // The user interface of a document without a desktop window: `vantrel run` and the tests use it.
 // It keeps what the tools show — messages, tool-bar actions and the one open tool window — so
 // that a script or a test can read and drive them. A tool window is deleted (deleteLater) after
-// it has closed; a new tool window closes the open one first (as Cancel would).
+// it has closed. While one is open or not yet deleted, a further tool window is refused: it is
+// closed as Cancel would close it and deleted at once (document.runTool closes the open window
+// itself before it runs the next tool).
 class VANTREL_HOST_EXPORT HeadlessUserInterface final : public IUserInterface
 {
     Q_OBJECT

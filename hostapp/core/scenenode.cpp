@@ -45,8 +45,12 @@ void SceneNode::SetScale(const Vector3 &scale, int)
 
 void SceneNode::applyPosition(Vector3 position)
 {
+    // Only the translation row depends on the position: moving many nodes (a grid of copies
+    // following a step) need not work out their rotations again.
     m_position = position;
-    updateLocalMatrix();
+    m_local[12] = m_position.x;
+    m_local[13] = m_position.y;
+    m_local[14] = m_position.z;
 }
 
 void SceneNode::applyRotation(Vector3 anglesDegrees)

@@ -58,14 +58,17 @@ void UndoHistory::apply(std::unique_ptr<Change> change)
     }
     std::vector<std::unique_ptr<Change>> changes;
     changes.push_back(std::move(change));
+    m_cancelledName.clear();
     push(takeStepName(QStringLiteral("Edit")), std::move(changes));
 }
 
 void UndoHistory::beginGroup()
 {
     Group group;
-    if (m_groups.empty())
-        group.name = takeStepName(QStringLiteral("Edit"));
+    if (m_groups.empty()) {
+        const QString cancelled = std::exchange(m_cancelledName, QString());
+        group.name = takeStepName(cancelled.isEmpty() ? QStringLiteral("Edit") : cancelled);
+    }
     m_groups.push_back(std::move(group));
 }
 
@@ -99,12 +102,17 @@ void UndoHistory::cancelGroup()
     // only after every change that referred to it.
     while (!group.changes.empty())
         group.changes.pop_back();
+    // A preview that is taken back and at once built again (a tool window rebuilding) is still
+    // the same user action: a group begun next takes the name; any other change forgets it.
+    if (m_groups.empty())
+        m_cancelledName = group.name;
 }
 
 bool UndoHistory::undo()
 {
     if (!m_groups.empty() || !m_stack->canUndo())
         return false;
+    m_cancelledName.clear();
     m_stack->undo();
     return true;
 }
@@ -113,6 +121,7 @@ bool UndoHistory::redo()
 {
     if (!m_groups.empty() || !m_stack->canRedo())
         return false;
+    m_cancelledName.clear();
     m_stack->redo();
     return true;
 }
@@ -141,6 +150,7 @@ void UndoHistory::clear()
 {
     m_groups.clear();
     m_stack->clear();
+    m_cancelledName.clear();
 }
 
 void UndoHistory::push(const QString &name, std::vector<std::unique_ptr<Change>> changes)

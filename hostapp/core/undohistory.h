@@ -68,6 +68,7 @@ private:
     std::unique_ptr<QUndoStack> m_stack;
     std::vector<Group> m_groups;
     QString m_nextStepName;
+    QString m_cancelledName; // of a top-level group just cancelled, for a group begun at once
 };
 
 } // namespace vantrel::host

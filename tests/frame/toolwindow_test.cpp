@@ -458,4 +458,38 @@ TEST_F(ToolWindowTest, ScriptsDriveTheRealPanel)
               QStringLiteral("4,0,0"));
 }
 
+TEST_F(ToolWindowTest, OneWindowAtATimeWithItsUndoGroupsNested)
+{
+    const QByteArray before = dump(m_session.document());
+
+    // A script running a tool closes the open window first, as Cancel would, so that the next
+    // tool's undo group does not open inside the old one's.
+    EXPECT_EQ(run(QStringLiteral("document.runTool('Test Tool...');"
+                                 "var first = document.window; first.set('count', 12);"
+                                 "document.runTool('Test Tool...');"
+                                 "var second = document.window;"
+                                 "print(first === second, second.get('count'), document.ambient);"
+                                 "try { first.cancel(); } catch (e) { print('closed'); }"
+                                 "second.set('count', 6); second.accept();"
+                                 "print(document.findNodes('Preview').length, document.ambient)")),
+              QStringLiteral("false 1 0.30000001192092896\nclosed\n1 0.20000000298023224"));
+    EXPECT_EQ(m_session.document().history().openGroupCount(), 0);
+    m_session.document().undo();
+    EXPECT_EQ(dump(m_session.document()), before);
+
+    // A window handed over while another is open opened its group inside the open one's: it is
+    // the one refused, at once, and the open window's preview stays as it was.
+    QPointer<TestWindow> first = open();
+    ASSERT_TRUE(panel(first)->setPanelValue(QStringLiteral("count"), 12.0));
+    const QByteArray preview = dump(m_session.document());
+    m_tool->Execute(m_session.context());
+    EXPECT_EQ(m_session.userInterface().openWindow(), first.data());
+    EXPECT_EQ(dump(m_session.document()), preview);
+    EXPECT_EQ(m_session.document().history().openGroupCount(), 1);
+    first->reject();
+    settleDeletes();
+    EXPECT_EQ(dump(m_session.document()), before);
+    EXPECT_EQ(m_session.document().history().openGroupCount(), 0);
+}
+
 #include "toolwindow_test.moc"

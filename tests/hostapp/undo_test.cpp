@@ -143,6 +143,26 @@ TEST_F(UndoTest, ACancelledGroupRestoresTheSceneExactly)
 
     EXPECT_EQ(dump(m_document), before);
     EXPECT_EQ(m_document.history().undoCount(), 0) << "nothing was kept";
+
+    // A preview rebuilt at once (cancelled, begun again) keeps its step's name; anything else in
+    // between forgets it.
+    m_document.history().setNextStepName(QStringLiteral("Stack..."));
+    m_document.BeginUndoGroup();
+    m_box->SetName(QStringLiteral("First try"));
+    m_document.CancelUndoGroup();
+    m_document.BeginUndoGroup();
+    m_box->SetName(QStringLiteral("Second try"));
+    m_document.EndUndoGroup();
+    EXPECT_EQ(m_document.history().undoText(), QStringLiteral("Stack..."));
+    m_document.history().setNextStepName(QStringLiteral("Stack..."));
+    m_document.BeginUndoGroup();
+    m_box->SetName(QStringLiteral("Third try"));
+    m_document.CancelUndoGroup();
+    m_book->SetName(QStringLiteral("Renamed"));
+    m_document.BeginUndoGroup();
+    m_box->SetName(QStringLiteral("Fourth try"));
+    m_document.EndUndoGroup();
+    EXPECT_EQ(m_document.history().undoText(), QStringLiteral("Edit"));
 }
 
 TEST_F(UndoTest, NestedGroupsEndIntoTheOuterOneAndCancelOnlyTheirOwnChanges)

@@ -145,6 +145,7 @@ TEST_F(ScriptCallTest, ChecksRunInTheirOrderWithTheirMessagesAndChangeNothing)
 
 TEST_F(ScriptCallTest, AnEngineWithoutDocumentOrRunnerIsReportedFirst)
 {
+    s_seen.clear();     // the tests may share one process
     QScriptEngine bare; // belongs to no document
     bare.globalObject().setProperty(QStringLiteral("probe"), bare.newFunction(probe));
     QScriptValue result = bare.evaluate(QStringLiteral("new probe(1, 2)"));
@@ -177,6 +178,22 @@ TEST_F(ScriptCallTest, KeysMatchExactlyUnknownOnesAreIgnoredAndBadValuesBecomeZe
     call(QStringLiteral("tools.probe({angle: 500, count: 12.7, flag: 'yes'})"));
     EXPECT_EQ(s_seen, QStringLiteral("180 13 1"))
         << "limits of the write accessors; Qt's toInt rounds";
+
+    // Beyond the int range a count saturates rather than wrapping round to a small or negative
+    // number; not a number counts as 0.
+    const struct
+    {
+        const char *count;
+        const char *seen;
+    } extremes[] = {{"3e9", "90 30 1"},
+                    {"5e9", "90 30 1"},
+                    {"-3e9", "90 1 1"},
+                    {"Infinity", "90 30 1"},
+                    {"NaN", "90 1 1"}};
+    for (const auto &e : extremes) {
+        call(QStringLiteral("tools.probe({count: %1})").arg(QLatin1String(e.count)));
+        EXPECT_EQ(s_seen, QLatin1String(e.seen)) << e.count;
+    }
 }
 
 #include "scriptcall_test.moc"
