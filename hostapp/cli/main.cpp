@@ -6,6 +6,8 @@
 #include "hostapp/core/demo.h"
 #include "hostapp/core/pluginloader.h"
 #include "hostapp/core/runcommand.h"
+#include "hostapp/render/framing.h"
+#include "hostapp/render/rendercommand.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -14,6 +16,16 @@
 #include <QTextStream>
 
 #include <unistd.h>
+
+// LeakSanitizer's entry point, present only in sanitizer builds.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the name is the sanitizer runtime's
+extern "C" void __lsan_do_leak_check() __attribute__((weak));
+
+namespace {
+
+int runCommand();
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -35,21 +47,37 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("vantrel"));
     QApplication::setApplicationVersion(QStringLiteral(VANTREL_VERSION));
+    const int status = runCommand();
+    // Leaks are checked while the OpenGL driver is still loaded: Qt closes the X display when
+    // the application goes, Mesa unloads its driver with it, and LeakSanitizer could then no
+    // longer name the driver in its report to suppress the driver's own small leaks.
+    if (__lsan_do_leak_check)
+        __lsan_do_leak_check();
+    return status;
+}
 
+namespace {
+
+int runCommand()
+{
     QTextStream out(stdout);
     QTextStream err(stderr);
     QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("The stand-in host of the vantrel tools plug-in.\n\n"
-                       "Commands:\n"
-                       "  run [SCENE]  Open the scene file (or an empty scene), load the tools,\n"
-                       "               run the scripts in the order given, each as one undo\n"
-                       "               step, and save when asked.\n"
-                       "  demo         Load the tools plug-in, list its tools, build a sample\n"
-                       "               packaging scene and run the tools on it, printing what\n"
-                       "               each step does.\n\n"
-                       "Exit status: 0 on success, 1 for a script error or a file that cannot be\n"
-                       "read or written, 2 for bad usage."));
+    parser.setApplicationDescription(QStringLiteral(
+        "The stand-in host of the vantrel tools plug-in.\n\n"
+        "Commands:\n"
+        "  run [SCENE]  Open the scene file (or an empty scene), load the tools,\n"
+        "               run the scripts in the order given, each as one undo\n"
+        "               step, and save when asked.\n"
+        "  render [SCENE]\n"
+        "               Like run, then draw the scene as its camera sees it and\n"
+        "               write the picture to the --out PNG file. Needs OpenGL 3.3;\n"
+        "               without a display run it under xvfb-run.\n"
+        "  demo         Load the tools plug-in, list its tools, build a sample\n"
+        "               packaging scene and run the tools on it, printing what\n"
+        "               each step does (with --pictures, a picture of each step).\n\n"
+        "Exit status: 0 on success, 1 for a script error, a file that cannot be\n"
+        "read or written or no OpenGL, 2 for bad usage."));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption scriptOption(QStringLiteral("script"),
@@ -66,10 +94,32 @@ int main(int argc, char *argv[])
         QStringLiteral("The tools plug-in library to load (default: %1).")
             .arg(vantrel::host::PluginLoader::defaultToolsPluginPath()),
         QStringLiteral("file"));
-    parser.addOptions({scriptOption, codeOption, saveOption, pluginOption});
-    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("run or demo"));
+    const QCommandLineOption outOption(
+        QStringLiteral("out"),
+        QStringLiteral("Write the picture to this PNG file (render)."),
+        QStringLiteral("file"));
+    const QCommandLineOption widthOption(
+        QStringLiteral("width"),
+        QStringLiteral("Picture width in pixels, %1 to %2 (render, demo --pictures; default %3). "
+                       "The height follows from the camera's aspect ratio.")
+            .arg(vantrel::render::MinimumPictureWidth)
+            .arg(vantrel::render::MaximumPictureSide)
+            .arg(vantrel::render::DefaultPictureWidth),
+        QStringLiteral("pixels"));
+    const QCommandLineOption picturesOption(
+        QStringLiteral("pictures"),
+        QStringLiteral("Write a picture of each step into this folder (demo)."),
+        QStringLiteral("folder"));
+    parser.addOptions({scriptOption,
+                       codeOption,
+                       saveOption,
+                       pluginOption,
+                       outOption,
+                       widthOption,
+                       picturesOption});
+    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("run, render or demo"));
     parser.addPositionalArgument(QStringLiteral("scene"),
-                                 QStringLiteral("The scene file (run)."),
+                                 QStringLiteral("The scene file (run, render)."),
                                  QStringLiteral("[scene]"));
 
     auto usageError = [&err](const QString &message) {
@@ -91,14 +141,42 @@ int main(int argc, char *argv[])
     const QString plugin = parser.isSet(pluginOption)
                                ? parser.value(pluginOption)
                                : vantrel::host::PluginLoader::defaultToolsPluginPath();
+    int width = vantrel::render::DefaultPictureWidth;
+    if (parser.isSet(widthOption)) {
+        bool number = false;
+        width = parser.value(widthOption).toInt(&number);
+        if (!number || width < vantrel::render::MinimumPictureWidth
+            || width > vantrel::render::MaximumPictureSide)
+            return usageError(
+                QStringLiteral("--width takes a whole number of pixels from %1 to %2, not \"%3\"")
+                    .arg(vantrel::render::MinimumPictureWidth)
+                    .arg(vantrel::render::MaximumPictureSide)
+                    .arg(parser.value(widthOption)));
+    }
+    if (parser.isSet(outOption) && command != QStringLiteral("render"))
+        return usageError(QStringLiteral("--out belongs to render"));
+    if (parser.isSet(picturesOption) && command != QStringLiteral("demo"))
+        return usageError(QStringLiteral("--pictures belongs to demo"));
     if (command == QStringLiteral("demo")) {
         if (positional.size() > 1 || parser.isSet(scriptOption) || parser.isSet(codeOption))
             return usageError(QStringLiteral("demo takes no scene and no scripts"));
+        if (parser.isSet(picturesOption))
+            return vantrel::render::demoWithPictures(
+                plugin, parser.value(saveOption), parser.value(picturesOption), width, out, err);
+        if (parser.isSet(widthOption))
+            return usageError(QStringLiteral("demo takes --width only with --pictures"));
         return vantrel::host::runDemo(plugin, parser.value(saveOption), out, err);
     }
-    if (command == QStringLiteral("run")) {
+    if (command == QStringLiteral("run") || command == QStringLiteral("render")) {
+        const bool render = command == QStringLiteral("render");
         if (positional.size() > 2)
-            return usageError(QStringLiteral("run takes one scene file at most"));
+            return usageError(QStringLiteral("%1 takes one scene file at most").arg(command));
+        if (render && !parser.isSet(outOption))
+            return usageError(QStringLiteral("render needs --out FILE.png"));
+        if (render && parser.isSet(saveOption))
+            return usageError(QStringLiteral("render does not save the scene; use run --save"));
+        if (!render && parser.isSet(widthOption))
+            return usageError(QStringLiteral("--width belongs to render and demo --pictures"));
         vantrel::host::RunOptions options;
         options.pluginPath = plugin;
         options.scenePath = positional.value(1);
@@ -112,6 +190,9 @@ int main(int argc, char *argv[])
             else if (name == QLatin1String("e"))
                 options.scripts.append({false, codes.value(code++)});
         }
+        if (render)
+            return vantrel::render::renderCommand(
+                {options, parser.value(outOption), width}, out, err);
         return vantrel::host::runScripts(options, out, err);
     }
     return usageError(
@@ -119,3 +200,5 @@ int main(int argc, char *argv[])
             ? QStringLiteral("a command is needed")
             : QStringLiteral("unknown command: %1").arg(positional.join(QLatin1Char(' '))));
 }
+
+} // namespace

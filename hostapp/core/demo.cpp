@@ -207,7 +207,11 @@ void printStack(const INode *group, QTextStream &out)
 
 } // namespace
 
-int runDemo(const QString &pluginPath, const QString &savePath, QTextStream &out, QTextStream &err)
+int runDemo(const QString &pluginPath,
+            const QString &savePath,
+            QTextStream &out,
+            QTextStream &err,
+            const DemoStepHook &afterStep)
 {
     Session session;
     QString error;
@@ -226,6 +230,12 @@ int runDemo(const QString &pluginPath, const QString &savePath, QTextStream &out
     document.SetSelection(hovering, Document::ReplaceSelection);
     document.history().clear();
     printTools(session.tools(), session.context(), out);
+    auto stepDone = [&](const QString &step) {
+        out.flush(); // the hook's own lines come after the step's
+        return !afterStep || afterStep(step, session.document());
+    };
+    if (!stepDone(QStringLiteral("sample scene")))
+        return 1;
 
     ITool *floorTool = session.tools().findTool(QStringLiteral("Put On The Floor"));
     if (!floorTool) {
@@ -242,6 +252,8 @@ int runDemo(const QString &pluginPath, const QString &savePath, QTextStream &out
     out << "after:\n";
     printPlacement(hovering, out);
     printSteps(document, milliseconds, out);
+    if (!stepDone(floorTool->GetTitle()))
+        return 1;
 
     out << "\nEasy Lighting: one light steered by four numbers\n";
     timer.restart();
@@ -253,6 +265,8 @@ int runDemo(const QString &pluginPath, const QString &savePath, QTextStream &out
         return 1;
     printLights(document, out);
     printSteps(document, double(timer.nsecsElapsed()) / 1e6, out);
+    if (!stepDone(QStringLiteral("Easy Lighting")))
+        return 1;
 
     out << "\nStep and Repeat: a grid of copies of the gift box\n";
     INode *giftBox = nullptr;
@@ -282,6 +296,8 @@ int runDemo(const QString &pluginPath, const QString &savePath, QTextStream &out
         return 1;
     printGrid(giftBox->GetParent(), out);
     printSteps(document, double(timer.nsecsElapsed()) / 1e6, out);
+    if (!stepDone(QStringLiteral("Step and Repeat")))
+        return 1;
 
     out << "\nStack: the two books stacked twice over with a twist\n";
     std::vector<INode *> books;
@@ -305,6 +321,8 @@ int runDemo(const QString &pluginPath, const QString &savePath, QTextStream &out
         return 1;
     printStack(books.front()->GetParent(), out);
     printSteps(document, double(timer.nsecsElapsed()) / 1e6, out);
+    if (!stepDone(QStringLiteral("Stack")))
+        return 1;
 
     out << "\nFit To View: the camera brought as close as the scene allows\n";
     printCamera(document, QStringLiteral("before"), out);
@@ -316,6 +334,8 @@ int runDemo(const QString &pluginPath, const QString &savePath, QTextStream &out
     out << QStringLiteral("took %1 ms; the camera is view state: undo steps still %2\n")
                .arg(fitMilliseconds, 0, 'f', 3)
                .arg(document.history().undoCount());
+    if (!stepDone(QStringLiteral("Fit To View")))
+        return 1;
     if (!savePath.isEmpty()) {
         if (!SceneFile::save(savePath, document, &error)) {
             err << "vantrel: " << error << '\n';

@@ -37,6 +37,8 @@ public:
     Mesh &operator=(const Mesh &) = delete;
 
     const std::vector<IMeshPart *> &parts() const { return m_partInterfaces; }
+    // The same parts with their triangle lists, for drawing.
+    const std::vector<std::unique_ptr<MeshPart>> &meshParts() const { return m_parts; }
     const TBBox<float> &localBox() const { return m_localBox; } // empty without vertices
     int vertexCount() const { return m_vertexCount; }
     int triangleCount() const { return m_triangleCount; }

@@ -10,7 +10,10 @@
 
 namespace vantrel::host {
 
-int runScripts(const RunOptions &options, QTextStream &out, QTextStream &err)
+int runScripts(const RunOptions &options,
+               QTextStream &out,
+               QTextStream &err,
+               const std::function<int(Session &)> &finish)
 {
     auto failed = [&err](const QString &message) {
         err << "vantrel: " << message << '\n';
@@ -60,7 +63,7 @@ int runScripts(const RunOptions &options, QTextStream &out, QTextStream &err)
     if (!options.savePath.isEmpty()
         && !SceneFile::save(options.savePath, session.document(), &error))
         return failed(error);
-    return 0;
+    return finish ? finish(session) : 0;
 }
 
 } // namespace vantrel::host

@@ -7,9 +7,13 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
+
 class QTextStream;
 
 namespace vantrel::host {
+
+class Session;
 
 struct RunOptions
 {
@@ -28,6 +32,11 @@ struct RunOptions
 // the scripts in order, each as one undo step, and saves when asked. print() goes to out, errors
 // to err as "<file>:<line>: <message>". Returns the exit status: 0, or 1 for a script error or a
 // file that cannot be read or written; nothing is saved after an error.
-VANTREL_HOST_EXPORT int runScripts(const RunOptions &options, QTextStream &out, QTextStream &err);
+// When given, finish runs on the session after the scripts and the save have succeeded, and its
+// result is the exit status (other commands build on this one, such as `vantrel render`).
+VANTREL_HOST_EXPORT int runScripts(const RunOptions &options,
+                                   QTextStream &out,
+                                   QTextStream &err,
+                                   const std::function<int(Session &)> &finish = {});
 
 } // namespace vantrel::host

@@ -1,0 +1,129 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/render/drawlist.h"
+
+#include "geometry/geometry.h"
+#include "host/hostfunctions.h"
+#include "host/ilightnode.h"
+#include "hostapp/core/document.h"
+#include "hostapp/core/generators/lengthlimits.h"
+#include "hostapp/core/meshnode.h"
+
+#include <QByteArray>
+
+#include <algorithm>
+#include <cmath>
+
+namespace vantrel::render {
+
+namespace {
+
+// Muted print colours (sRGB): cloth, board and paper rather than plastic primaries, so that the
+// shading stays readable on every one of them.
+constexpr float Palette[][3] = {
+    {0.66f, 0.25f, 0.22f}, // brick red
+    {0.22f, 0.33f, 0.55f}, // navy
+    {0.80f, 0.62f, 0.26f}, // ochre
+    {0.30f, 0.52f, 0.38f}, // bottle green
+    {0.86f, 0.82f, 0.70f}, // cream
+    {0.50f, 0.32f, 0.48f}, // plum
+    {0.22f, 0.53f, 0.58f}, // teal
+    {0.45f, 0.47f, 0.52f}, // slate
+};
+
+// Grows the box by the eight corners of the mesh's own box in world space. It is a little larger
+// than the box of the world vertices, which is what depth ranges and shadow frames need: room,
+// not a tight fit.
+void extendByMesh(TBBox<float> &box, const host::Mesh &mesh, const Matrix &world)
+{
+    const TBBox<float> &local = mesh.localBox();
+    if (IsBoxEmpty(local))
+        return;
+    for (int corner = 0; corner < 8; ++corner) {
+        Vector3 p((corner & 1) ? local.max[0] : local.min[0],
+                  (corner & 2) ? local.max[1] : local.min[1],
+                  (corner & 4) ? local.max[2] : local.min[2]);
+        TransformPoint(p, world);
+        if (std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z))
+            ExtendBox(box, p);
+    }
+}
+
+DrawLight sceneLight(const INode *node, const ILightNode *light)
+{
+    Matrix world;
+    GetNodeGlobalMatrix(world, node);
+    DrawLight result;
+    result.position = Vector3(world[12], world[13], world[14]);
+    result.directional = light->GetLightMode() == ILightNode::DirectionalLight;
+    if (result.directional) {
+        const Vector3 p = result.position;
+        const float length = std::sqrt(p.x * p.x + p.y * p.y + p.z * p.z);
+        // A directional light standing at the origin has no direction: it shines straight down.
+        result.position
+            = length > 0.f ? Vector3(p.x / length, p.y / length, p.z / length) : Vector3(0, 0, 1);
+    }
+    result.intensity = std::max(0.f, light->GetIntensity());
+    // Scripts can write any number; NaN softens nothing and the softening ends at ten metres.
+    const float blur = light->GetShadowBlur();
+    result.shadowBlur = blur > 0.f ? std::min(blur, host::MaximumLength) : 0.f;
+    result.castsShadows = light->GetCastShadows();
+    return result;
+}
+
+} // namespace
+
+float toLinear(float srgb)
+{
+    return std::pow(std::clamp(srgb, 0.f, 1.f), 2.2f);
+}
+
+LinearColour shapeColour(const QString &name)
+{
+    // A CRC of the name gives the same colour on every machine and in every run; qHash would not
+    // (a per-process seed, and a CPU-dependent function for strings).
+    const QByteArray bytes = name.toUtf8();
+    const quint16 check = qChecksum(bytes.constData(), uint(bytes.size()));
+    const float *srgb = Palette[check % (sizeof Palette / sizeof Palette[0])];
+    return LinearColour{toLinear(srgb[0]), toLinear(srgb[1]), toLinear(srgb[2])};
+}
+
+DrawList collectDrawList(const host::Document &document)
+{
+    DrawList list;
+    list.ambient = std::max(0.f, document.GetAmbientIntensity());
+    const std::vector<INode *> nodes = CollectAllChildren(MakeListOfNodes(document.GetRootNode()));
+    int shadowLights = 0;
+    for (INode *node : nodes) {
+        if (!node->IsVisible())
+            continue;
+        if (auto *meshNode = qobject_cast<host::MeshNode *>(node)) {
+            DrawItem item;
+            item.mesh = meshNode->mesh();
+            GetNodeGlobalMatrix(item.world, node);
+            item.albedo = shapeColour(node->GetName());
+            extendByMesh(list.bounds, *item.mesh, item.world);
+            list.items.push_back(std::move(item));
+        } else if (const auto *light = qobject_cast<ILightNode *>(node)) {
+            if (document.lightingMode() != host::Document::SceneLights
+                || int(list.lights.size()) >= MaxLights)
+                continue;
+            DrawLight drawn = sceneLight(node, light);
+            const Vector3 &p = drawn.position;
+            if (!std::isfinite(p.x) || !std::isfinite(p.y) || !std::isfinite(p.z))
+                continue; // a light nowhere lights nothing
+            drawn.castsShadows = drawn.castsShadows && shadowLights < MaxShadowLights;
+            shadowLights += drawn.castsShadows ? 1 : 0;
+            list.lights.push_back(drawn);
+        }
+    }
+    if (document.lightingMode() == host::Document::HeadLight) {
+        DrawLight head;
+        head.position = document.camera()->position();
+        head.intensity = std::max(0.f, 1.f - list.ambient);
+        list.lights.push_back(head);
+    }
+    return list;
+}
+
+} // namespace vantrel::render

@@ -1,0 +1,115 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/render/rendercommand.h"
+
+#include "hostapp/core/demo.h"
+#include "hostapp/core/session.h"
+#include "hostapp/render/renderer.h"
+
+#include <QDir>
+#include <QImageWriter>
+#include <QRegularExpression>
+#include <QSaveFile>
+#include <QTextStream>
+
+namespace vantrel::render {
+
+namespace {
+
+int failed(QTextStream &err, const QString &message)
+{
+    err << "vantrel: " << message << '\n';
+    err.flush();
+    return 1;
+}
+
+// "Put On The Floor" -> "put-on-the-floor"
+QString fileNamePart(const QString &step)
+{
+    static const QRegularExpression others(QStringLiteral("[^a-z0-9]+"));
+    QString part = step.toLower().replace(others, QStringLiteral("-"));
+    while (part.startsWith(QLatin1Char('-')))
+        part.remove(0, 1);
+    while (part.endsWith(QLatin1Char('-')))
+        part.chop(1);
+    return part;
+}
+
+} // namespace
+
+bool writePicture(const QImage &picture, const QString &path, QString *errorMessage)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        *errorMessage = QStringLiteral("cannot write %1: %2").arg(path, file.errorString());
+        return false;
+    }
+    QImageWriter writer(&file, "png");
+    if (!writer.write(picture)) {
+        *errorMessage = QStringLiteral("cannot write %1: %2").arg(path, writer.errorString());
+        return false; // the temporary file goes; the previous file stays
+    }
+    if (!file.commit()) {
+        *errorMessage = QStringLiteral("cannot write %1: %2").arg(path, file.errorString());
+        return false;
+    }
+    return true;
+}
+
+int renderCommand(const RenderCommandOptions &options, QTextStream &out, QTextStream &err)
+{
+    Renderer renderer;
+    QString error;
+    if (!renderer.initialize(&error))
+        return failed(err, error);
+    return host::runScripts(options.run, out, err, [&](host::Session &session) {
+        RenderOptions look;
+        look.width = options.width;
+        QString message;
+        const QImage picture = renderer.render(session.document(), look, &message);
+        if (picture.isNull())
+            return failed(err, message);
+        if (!writePicture(picture, options.outPath, &message))
+            return failed(err, message);
+        out << "wrote " << options.outPath << " (" << picture.width() << " x " << picture.height()
+            << " pixels)\n";
+        out.flush();
+        return 0;
+    });
+}
+
+int demoWithPictures(const QString &pluginPath,
+                     const QString &savePath,
+                     const QString &picturesFolder,
+                     int width,
+                     QTextStream &out,
+                     QTextStream &err)
+{
+    Renderer renderer;
+    QString error;
+    if (!renderer.initialize(&error))
+        return failed(err, error);
+    if (!QDir().mkpath(picturesFolder))
+        return failed(err, QStringLiteral("cannot create the folder %1").arg(picturesFolder));
+    int number = 0;
+    auto picture = [&](const QString &step, host::Document &document) {
+        RenderOptions look;
+        look.width = width;
+        const QString path = QDir(picturesFolder)
+                                 .filePath(QStringLiteral("%1-%2.png")
+                                               .arg(++number, 2, 10, QLatin1Char('0'))
+                                               .arg(fileNamePart(step)));
+        QString message;
+        const QImage image = renderer.render(document, look, &message);
+        if (image.isNull() || !writePicture(image, path, &message)) {
+            failed(err, message);
+            return false;
+        }
+        out << "  picture: " << path << '\n';
+        out.flush();
+        return true;
+    };
+    return host::runDemo(pluginPath, savePath, out, err, picture);
+}
+
+} // namespace vantrel::render

@@ -1,0 +1,43 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "hostapp/core/runcommand.h"
+#include "hostapp/render/renderexport.h"
+
+class QImage;
+class QTextStream;
+
+namespace vantrel::render {
+
+struct RenderCommandOptions
+{
+    host::RunOptions run; // the scene and the scripts, as `vantrel run` takes them (no save)
+    QString outPath;      // the PNG file to write
+    int width = 0;        // pixels, MinimumPictureWidth..MaximumPictureSide (checked by the caller)
+};
+
+// `vantrel render`: makes the OpenGL context first (so that a machine without one fails before
+// any script runs), runs the scripts as `vantrel run` does, then draws the document as its camera
+// sees it and writes the picture. Returns the exit status: 0, or 1 when there is no OpenGL, the
+// scene or a script fails, or the picture cannot be written (the message names the file).
+VANTREL_RENDER_EXPORT int
+renderCommand(const RenderCommandOptions &options, QTextStream &out, QTextStream &err);
+
+// `vantrel demo --pictures DIR`: the demo, with a picture of the scene written into the folder
+// (created when missing) after the sample scene is built and after each tool step, named
+// 01-sample-scene.png, 02-put-on-the-floor.png, ... Returns the exit status as runDemo does, and
+// 1 when there is no OpenGL or a picture cannot be written.
+VANTREL_RENDER_EXPORT int demoWithPictures(const QString &pluginPath,
+                                           const QString &savePath,
+                                           const QString &picturesFolder,
+                                           int width,
+                                           QTextStream &out,
+                                           QTextStream &err);
+
+// Writes the picture as PNG. The file is replaced only once the whole picture is written;
+// otherwise it is left as it was and the message names the file and the reason.
+VANTREL_RENDER_EXPORT bool
+writePicture(const QImage &picture, const QString &path, QString *errorMessage);
+
+} // namespace vantrel::render

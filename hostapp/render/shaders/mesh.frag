@@ -1,0 +1,32 @@
+// Diffuse light after Lambert and a faint Blinn-Phong highlight, as of printed board with a
+// satin finish. Shapes are lit but not shadowed: only the floor receives shadows.
+uniform vec3 albedo; // linear
+uniform vec3 eye;
+
+in vec3 worldPosition;
+in vec3 worldNormal;
+out vec4 colour;
+
+const float Shininess = 40.0;
+const float Gloss = 0.15;
+
+void main()
+{
+    vec3 n = normalize(worldNormal);
+    vec3 v = normalize(eye - worldPosition);
+    // Faces are lit from the side the viewer sees: open covers and thin boards show both sides,
+    // and the generators' winding does not have to be consistent for that.
+    if (dot(n, v) < 0.0)
+        n = -n;
+    float diffuse = 0.0;
+    float highlight = 0.0;
+    for (int i = 0; i < lightCount; ++i) {
+        vec3 l = towardsLight(i, worldPosition);
+        float facing = dot(n, l);
+        if (facing <= 0.0)
+            continue;
+        diffuse += lightIntensity[i] * facing;
+        highlight += lightIntensity[i] * pow(max(dot(n, normalize(l + v)), 0.0), Shininess);
+    }
+    colour = vec4(toScreen(albedo * (ambient + diffuse) + Gloss * highlight), 1.0);
+}

@@ -1,0 +1,14 @@
+layout(location = 0) in vec3 position;
+
+uniform mat4 world;
+uniform mat4 lightView;
+uniform mat4 lightProjection;
+
+out float viewDepth;
+
+void main()
+{
+    vec4 v = lightView * (world * vec4(position, 1.0));
+    viewDepth = v.z;
+    gl_Position = lightProjection * v;
+}
