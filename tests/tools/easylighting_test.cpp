@@ -7,6 +7,7 @@
 #include "hostapp/ui/inputlineslider.h"
 #include "hostapp/ui/propertylistwidget.h"
 #include "tests/support/testsupport.h"
+#include "tests/support/toolssession.h"
 #include "tools/easylighting/easylightingimplementation.h"
 
 #include <gtest/gtest.h>
@@ -70,34 +71,7 @@ INode *findByName(INode *node, const QString &name)
     return nullptr;
 }
 
-class EasyLightingTest : public ::testing::Test
-{
-protected:
-    EasyLightingTest()
-    {
-        QString error;
-        EXPECT_TRUE(m_session.loadToolsPlugin(QStringLiteral(VANTREL_TOOLS_PLUGIN), &error))
-            << error.toStdString();
-    }
-
-    Document &document() { return m_session.document(); }
-    INode *root() { return document().GetRootNode(); }
-
-    QString run(const QString &program)
-    {
-        QString error;
-        QStringList printed;
-        auto connection
-            = QObject::connect(&m_session.runner(),
-                               &ScriptRunner::printed,
-                               [&printed](const QString &line) { printed.append(line); });
-        const bool ok = m_session.runner().evaluate(program, QStringLiteral("test.js"), &error);
-        QObject::disconnect(connection);
-        return ok ? printed.join(QLatin1Char('\n')) : QStringLiteral("error: ") + error;
-    }
-
-    Session m_session;
-};
+using EasyLightingTest = vantrel::test::ToolsSessionTest;
 
 } // namespace
 

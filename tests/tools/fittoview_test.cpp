@@ -9,6 +9,7 @@
 #include "hostapp/core/scenenode.h"
 #include "hostapp/core/session.h"
 #include "tests/support/testsupport.h"
+#include "tests/support/toolssession.h"
 #include "tools/fittoview/fittoviewimplementation.h"
 #include "tools/fittoview/vertexbounds.h"
 
@@ -112,17 +113,9 @@ struct CameraState
     }
 };
 
-class FitToViewTest : public ::testing::Test
+class FitToViewTest : public vantrel::test::ToolsSessionTest
 {
 protected:
-    FitToViewTest()
-    {
-        QString error;
-        EXPECT_TRUE(m_session.loadToolsPlugin(QStringLiteral(VANTREL_TOOLS_PLUGIN), &error))
-            << error.toStdString();
-    }
-
-    Document &document() { return m_session.document(); }
     ICamera *camera() { return document().GetCamera(); }
 
     // Whether every vertex of the document fits the frame with the camera at that distance.
@@ -137,15 +130,6 @@ protected:
         camera()->SetDistance(kept);
         return inside;
     }
-
-    QString run(const QString &program)
-    {
-        QString error;
-        const bool ok = m_session.runner().evaluate(program, QStringLiteral("test.js"), &error);
-        return ok ? QString() : QStringLiteral("error: ") + error;
-    }
-
-    Session m_session;
 };
 
 } // namespace

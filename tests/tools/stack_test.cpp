@@ -8,6 +8,7 @@
 #include "hostapp/core/scenenode.h"
 #include "hostapp/core/session.h"
 #include "tests/support/testsupport.h"
+#include "tests/support/toolssession.h"
 #include "tools/stack/stackbuilder.h"
 #include "tools/stack/stackclassification.h"
 
@@ -57,34 +58,7 @@ Placed placed(INode *node)
         (box.min[0] + box.max[0]) / 2.0, (box.min[1] + box.max[1]) / 2.0, box.min[2], box.max[2]};
 }
 
-class StackTest : public ::testing::Test
-{
-protected:
-    StackTest()
-    {
-        QString error;
-        EXPECT_TRUE(m_session.loadToolsPlugin(QStringLiteral(VANTREL_TOOLS_PLUGIN), &error))
-            << error.toStdString();
-    }
-
-    Document &document() { return m_session.document(); }
-    BaseNode *root() { return document().root(); }
-
-    QString run(const QString &program)
-    {
-        QString error;
-        QStringList printed;
-        auto connection
-            = QObject::connect(&m_session.runner(),
-                               &ScriptRunner::printed,
-                               [&printed](const QString &line) { printed.append(line); });
-        const bool ok = m_session.runner().evaluate(program, QStringLiteral("test.js"), &error);
-        QObject::disconnect(connection);
-        return ok ? printed.join(QLatin1Char('\n')) : QStringLiteral("error: ") + error;
-    }
-
-    Session m_session;
-};
+using StackTest = vantrel::test::ToolsSessionTest;
 
 } // namespace
 

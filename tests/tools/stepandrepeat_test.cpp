@@ -10,6 +10,7 @@
 #include "hostapp/ui/propertieslistbuilder.h"
 #include "hostapp/ui/propertylistwidget.h"
 #include "tests/support/testsupport.h"
+#include "tests/support/toolssession.h"
 #include "tools/stepandrepeat/stepandrepeatimpl.h"
 #include "tools/stepandrepeat/stepandrepeatsettings.h"
 
@@ -78,36 +79,17 @@ Vector3 cellPosition(int k, int columns, int rows, const Vector3 &size, const Ve
                    float(z * (double(size.z) + steps.z))};
 }
 
-class StepAndRepeatTest : public ::testing::Test
+class StepAndRepeatTest : public vantrel::test::ToolsSessionTest
 {
 protected:
     StepAndRepeatTest()
     {
-        QString error;
-        EXPECT_TRUE(m_session.loadToolsPlugin(QStringLiteral(VANTREL_TOOLS_PLUGIN), &error))
-            << error.toStdString();
         // A shape between two siblings, measuring 2 x 1 x 3, somewhere off the origin.
         m_front = root()->CreateChildGroup(QStringLiteral("Front"));
         m_box = addBoxNode(root(), QStringLiteral("Box"), {-1, -0.5f, 0}, {1, 0.5f, 3});
         m_box->SetPosition({5, 6, 7}, false);
         m_back = root()->CreateChildLight(QStringLiteral("Back"));
         document().history().clear();
-    }
-
-    Document &document() { return m_session.document(); }
-    BaseNode *root() { return document().root(); }
-
-    QString run(const QString &program)
-    {
-        QString error;
-        QStringList printed;
-        auto connection
-            = QObject::connect(&m_session.runner(),
-                               &ScriptRunner::printed,
-                               [&printed](const QString &line) { printed.append(line); });
-        const bool ok = m_session.runner().evaluate(program, QStringLiteral("test.js"), &error);
-        QObject::disconnect(connection);
-        return ok ? printed.join(QLatin1Char('\n')) : QStringLiteral("error: ") + error;
     }
 
     // Runs the tool as the host's tool list does, on the current selection.
@@ -119,7 +101,6 @@ protected:
         return m_session.userInterface().openWindow();
     }
 
-    Session m_session;
     INode *m_front;
     MeshNode *m_box;
     INode *m_back;
