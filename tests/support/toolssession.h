@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "hostapp/core/basenode.h"
 #include "hostapp/core/session.h"
 
 #include <gtest/gtest.h>
