@@ -85,14 +85,7 @@ bool driveWindow(Session &session,
                  QTextStream &err)
 {
     QDialog *window = session.userInterface().openWindow();
-    PanelAccess *panel = nullptr;
-    if (window) {
-        const QList<QObject *> children = window->findChildren<QObject *>();
-        for (QObject *child : children) {
-            if (!panel)
-                panel = qobject_cast<PanelAccess *>(child);
-        }
-    }
+    PanelAccess *panel = FindPanel(window);
     auto *ok = window ? window->findChild<QPushButton *>(QStringLiteral("ok")) : nullptr;
     if (!panel || !ok) {
         err << "vantrel: " << opener << " opened no settings window\n";

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QObject>
 #include <QString>
 #include <QVariant>
 #include <QtPlugin>
@@ -26,3 +27,16 @@ protected:
 };
 #define VANTREL_PANELACCESS_IID "org.vantrel.host.PanelAccess"
 Q_DECLARE_INTERFACE(PanelAccess, VANTREL_PANELACCESS_IID)
+
+// The property panel inside a tool window (any of its descendants that offers PanelAccess), or
+// null when the window has none.
+inline PanelAccess *FindPanel(const QObject *window)
+{
+    const QList<QObject *> children
+        = window ? window->findChildren<QObject *>() : QList<QObject *>();
+    for (QObject *child : children) {
+        if (auto *panel = qobject_cast<PanelAccess *>(child))
+            return panel;
+    }
+    return nullptr;
+}

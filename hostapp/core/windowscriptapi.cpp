@@ -22,16 +22,6 @@ QDialog *self(QScriptContext *context)
     return window;
 }
 
-PanelAccess *panelOf(QDialog *window)
-{
-    const QList<QObject *> children = window->findChildren<QObject *>();
-    for (QObject *child : children) {
-        if (auto *panel = qobject_cast<PanelAccess *>(child))
-            return panel;
-    }
-    return nullptr;
-}
-
 QScriptValue title(QScriptContext *context, QScriptEngine *)
 {
     QDialog *window = self(context);
@@ -43,7 +33,7 @@ QScriptValue get(QScriptContext *context, QScriptEngine *engine)
     QDialog *window = self(context);
     if (!window)
         return QScriptValue();
-    PanelAccess *panel = panelOf(window);
+    PanelAccess *panel = FindPanel(window);
     const QString property = context->argument(0).toString();
     const QVariant value = panel ? panel->panelValue(property) : QVariant();
     if (!value.isValid())
@@ -57,7 +47,7 @@ QScriptValue set(QScriptContext *context, QScriptEngine *)
     QDialog *window = self(context);
     if (!window)
         return QScriptValue();
-    PanelAccess *panel = panelOf(window);
+    PanelAccess *panel = FindPanel(window);
     const QString property = context->argument(0).toString();
     if (!panel || !panel->setPanelValue(property, context->argument(1).toVariant()))
         return context->throwError(QStringLiteral("The window has no setting \"%1\" that takes %2")

@@ -401,12 +401,7 @@ TEST_F(PictureTest, ACancelledToolWindowLeavesThePictureAsItWas)
     tool->Execute(m_session.context());
     QDialog *window = m_session.userInterface().openWindow();
     ASSERT_NE(window, nullptr);
-    PanelAccess *panel = nullptr;
-    const QList<QObject *> children = window->findChildren<QObject *>();
-    for (QObject *child : children) {
-        if (!panel)
-            panel = qobject_cast<PanelAccess *>(child);
-    }
+    PanelAccess *panel = FindPanel(window);
     ASSERT_NE(panel, nullptr);
     EXPECT_TRUE(panel->setPanelValue(QStringLiteral("angleH"), 120.0));
     EXPECT_TRUE(panel->setPanelValue(QStringLiteral("blur"), 0.9));
