@@ -48,8 +48,6 @@ public:
     // mode: a SetMode; an unknown mode is taken as ShowAsGiven.
     virtual void SetValue(int mode, float value);
 
-    float minimum() const { return m_min; }
-    float maximum() const { return m_max; }
     QSlider *slider() const { return m_slider; }
     QLineEdit *field() const { return m_field; }
 

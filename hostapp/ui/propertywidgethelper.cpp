@@ -12,9 +12,10 @@ namespace {
 constexpr int ErrorMessage = 2;
 } // namespace
 
-PropertyWidgetHelper::PropertyWidgetHelper(IApplicationContext &app, IDocumentContext &context)
-    : m_app(app)
-    , m_context(context)
+// The application context is part of the helper's signature for hosts whose panels need it;
+// this host's panels only report to the document window.
+PropertyWidgetHelper::PropertyWidgetHelper(IApplicationContext &, IDocumentContext &context)
+    : m_context(context)
 {}
 
 void PropertyWidgetHelper::ReportPanelError(const QString &text)

@@ -17,10 +17,6 @@ public:
 
     void ReportPanelError(const QString &text) override;
 
-    IApplicationContext &applicationContext() const { return m_app; }
-    IDocumentContext &documentContext() const { return m_context; }
-
 private:
-    IApplicationContext &m_app;
     IDocumentContext &m_context;
 };

@@ -66,9 +66,6 @@ public:
 
     QList<QVariantMap> GetPropertiesList() override;
 
-    // The preview now showing.
-    const StackBuilder *builder() const { return m_builder.get(); }
-
 signals:
     void sortStackImpl();
 
