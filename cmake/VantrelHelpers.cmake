@@ -21,10 +21,15 @@ function(vantrel_add_library)
     endif()
 endfunction()
 
-# vantrel_add_test(NAME <name> SOURCES ... [DEPENDS ...] [LABELS ...])
-# Every test runs headless (offscreen Qt platform) and finds its data through VANTREL_TEST_DATA.
+# vantrel_add_test(NAME <name> SOURCES ... [DEPENDS ...] [LABELS ...] [PLATFORM <qpa>])
+# Every test runs headless (offscreen Qt platform unless PLATFORM names another, such as xcb for
+# the desktop window's tests under Xvfb) and finds its data through VANTREL_TEST_DATA. Test
+# discovery at build time always runs offscreen.
 function(vantrel_add_test)
-    cmake_parse_arguments(ARG "" "NAME" "SOURCES;DEPENDS;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "" "NAME;PLATFORM" "SOURCES;DEPENDS;LABELS" ${ARGN})
+    if(NOT ARG_PLATFORM)
+        set(ARG_PLATFORM offscreen)
+    endif()
     add_executable(${ARG_NAME} ${ARG_SOURCES})
     target_link_libraries(${ARG_NAME} PRIVATE vantrel-testmain ${ARG_DEPENDS})
     gtest_discover_tests(${ARG_NAME}
@@ -32,7 +37,7 @@ function(vantrel_add_test)
         PROPERTIES
             LABELS "${ARG_LABELS}"
             TIMEOUT 60
-            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;VANTREL_TEST_DATA=${CMAKE_SOURCE_DIR}/tests/data;VANTREL_PLUGIN_DIR=${VANTREL_PLUGIN_OUTPUT_DIRECTORY};LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/.lsan.supp")
+            ENVIRONMENT "QT_QPA_PLATFORM=${ARG_PLATFORM};VANTREL_TEST_DATA=${CMAKE_SOURCE_DIR}/tests/data;VANTREL_PLUGIN_DIR=${VANTREL_PLUGIN_OUTPUT_DIRECTORY};LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/.lsan.supp")
 endfunction()
 
 # vantrel_add_cli_test(NAME <name> ARGS ... [REGEXP <pass>] [FAIL_REGEXP <fail>] [EXIT_CODE <n>])
