@@ -73,14 +73,16 @@ case $command in
         export LSAN_OPTIONS=suppressions=$PWD/.lsan.supp:print_suppressions=0
         # The picture tests need OpenGL, which Mesa's software renderer gives through an X
         # server: without a display, CTest runs inside a virtual one.
+        # The desktop window's tests need a screen big enough for the main window and its tool
+        # windows side by side (xvfb-run's default screen is 640 x 480 at 8 bits).
         display=()
-        [ -n "${DISPLAY:-}" ] || display=(xvfb-run -a)
+        [ -n "${DISPLAY:-}" ] || display=(xvfb-run -a -s "-screen 0 1600x1000x24")
         "${display[@]}" ctest --test-dir "$build" --output-on-failure -j "$jobs"
         ;;
     bench)
         configure_and_build
         display=()
-        [ -n "${DISPLAY:-}" ] || display=(xvfb-run -a)
+        [ -n "${DISPLAY:-}" ] || display=(xvfb-run -a -s "-screen 0 1600x1000x24")
         for benchmark in "$build"/bin/bench_*; do "${display[@]}" "$benchmark"; done
         ;;
     format-check)

@@ -6,6 +6,7 @@
 #include "hostapp/core/demo.h"
 #include "hostapp/core/pluginloader.h"
 #include "hostapp/core/runcommand.h"
+#include "hostapp/desktop/desktopcommand.h"
 #include "hostapp/render/framing.h"
 #include "hostapp/render/rendercommand.h"
 
@@ -66,6 +67,10 @@ int runCommand()
     parser.setApplicationDescription(QStringLiteral(
         "The stand-in host of the vantrel tools plug-in.\n\n"
         "Commands:\n"
+        "  (none)       Open the desktop window on an empty scene.\n"
+        "  open [SCENE] Open the desktop window on the scene file: the live 3D\n"
+        "               view, the scene tree, the Tools menu and tool bar, Undo\n"
+        "               and Redo, and the File menu. Needs a display.\n"
         "  run [SCENE]  Open the scene file (or an empty scene), load the tools,\n"
         "               run the scripts in the order given, each as one undo\n"
         "               step, and save when asked.\n"
@@ -77,7 +82,8 @@ int runCommand()
         "               packaging scene and run the tools on it, printing what\n"
         "               each step does (with --pictures, a picture of each step).\n\n"
         "Exit status: 0 on success, 1 for a script error, a file that cannot be\n"
-        "read or written or no OpenGL, 2 for bad usage."));
+        "read or written, no OpenGL, no display for the window or a tools plug-in\n"
+        "that cannot be loaded, 2 for bad usage."));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption scriptOption(QStringLiteral("script"),
@@ -117,9 +123,11 @@ int runCommand()
                        outOption,
                        widthOption,
                        picturesOption});
-    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("run, render or demo"));
+    parser.addPositionalArgument(QStringLiteral("command"),
+                                 QStringLiteral("open, run, render or demo (default: open)"),
+                                 QStringLiteral("[command]"));
     parser.addPositionalArgument(QStringLiteral("scene"),
-                                 QStringLiteral("The scene file (run, render)."),
+                                 QStringLiteral("The scene file (open, run, render)."),
                                  QStringLiteral("[scene]"));
 
     auto usageError = [&err](const QString &message) {
@@ -157,6 +165,15 @@ int runCommand()
         return usageError(QStringLiteral("--out belongs to render"));
     if (parser.isSet(picturesOption) && command != QStringLiteral("demo"))
         return usageError(QStringLiteral("--pictures belongs to demo"));
+    if (command.isEmpty() || command == QStringLiteral("open")) {
+        if (positional.size() > 2)
+            return usageError(QStringLiteral("open takes one scene file at most"));
+        if (parser.isSet(scriptOption) || parser.isSet(codeOption) || parser.isSet(saveOption)
+            || parser.isSet(widthOption))
+            return usageError(QStringLiteral("the desktop window takes no scripts, --save or "
+                                             "--width; use run or render for those"));
+        return vantrel::host::runDesktop(plugin, positional.value(1), err);
+    }
     if (command == QStringLiteral("demo")) {
         if (positional.size() > 1 || parser.isSet(scriptOption) || parser.isSet(codeOption))
             return usageError(QStringLiteral("demo takes no scene and no scripts"));
@@ -196,9 +213,7 @@ int runCommand()
         return vantrel::host::runScripts(options, out, err);
     }
     return usageError(
-        command.isEmpty()
-            ? QStringLiteral("a command is needed")
-            : QStringLiteral("unknown command: %1").arg(positional.join(QLatin1Char(' '))));
+        QStringLiteral("unknown command: %1").arg(positional.join(QLatin1Char(' '))));
 }
 
 } // namespace

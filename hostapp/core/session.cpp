@@ -6,9 +6,9 @@
 
 namespace vantrel::host {
 
-Session::Session(std::unique_ptr<Document> document)
+Session::Session(std::unique_ptr<Document> document, IUserInterface *userInterface)
     : m_document(document ? std::move(document) : std::make_unique<Document>())
-    , m_context(m_document.get(), &m_userInterface)
+    , m_context(m_document.get(), userInterface ? userInterface : &m_userInterface)
     , m_runner(m_context, &m_application.registry())
 {}
 

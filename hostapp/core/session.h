@@ -14,15 +14,17 @@
 
 namespace vantrel::host {
 
-// One document open in the program without a desktop window: the application with its tools,
-// the document, its headless user interface, its context and its script engine. The members are
+// One open document: the application with its tools, the document, its user interface, its
+// context and its script engine. Without a desktop window the user interface is the headless one
+// the session owns; a desktop window hands its own in and keeps it alive longer than the session. The members are
 // declared so that they go in the right order: an open tool window settles its changes while
 // the document still exists, and the tools go after the plug-in object.
 class VANTREL_HOST_EXPORT Session
 {
 public:
-    // An empty document when none is given.
-    explicit Session(std::unique_ptr<Document> document = nullptr);
+    // An empty document when none is given; the headless user interface when none is given.
+    explicit Session(std::unique_ptr<Document> document = nullptr,
+                     IUserInterface *userInterface = nullptr);
     ~Session();
     Session(const Session &) = delete;
     Session &operator=(const Session &) = delete;
@@ -33,6 +35,7 @@ public:
 
     Document &document() { return *m_document; }
     DocumentContext &context() { return m_context; }
+    // The headless user interface (idle when a window's own was handed in).
     HeadlessUserInterface &userInterface() { return m_userInterface; }
     ScriptRunner &runner() { return m_runner; }
     ToolRegistry &tools() { return m_application.registry(); }

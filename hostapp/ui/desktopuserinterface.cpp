@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/ui/desktopuserinterface.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QDialog>
 #include <QMessageBox>
@@ -33,6 +34,10 @@ void DesktopUserInterface::AddToolbarAction(QAction *action, int position)
     QAction *before = at == m_entries.end() ? nullptr : at->action.data();
     m_entries.insert(at, Entry{action, position});
     m_toolBar->insertAction(before, action);
+    if (auto *button = qobject_cast<QAbstractButton *>(m_toolBar->widgetForAction(action)))
+        connect(button, &QAbstractButton::pressed, this, [this, action] {
+            emit toolbarActionPressed(action);
+        });
 }
 
 void DesktopUserInterface::ShowMessage(const QString &text, int kind)

@@ -34,6 +34,9 @@ public:
 
 signals:
     void messageShown(const QString &text, int kind);
+    // A tool-bar button went down: its action is about to run. The window names the undo step
+    // the action makes before the tool's own handler opens it.
+    void toolbarActionPressed(QAction *action);
 
 private:
     struct Entry

@@ -1,0 +1,461 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/desktop/mainwindow.h"
+
+#include "host/itool.h"
+#include "hostapp/core/basenode.h"
+#include "hostapp/core/document.h"
+#include "hostapp/core/scenefile.h"
+#include "hostapp/core/session.h"
+#include "hostapp/desktop/scenetreeview.h"
+#include "hostapp/desktop/sceneview.h"
+#include "hostapp/ui/desktopuserinterface.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QKeySequence>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QSettings>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTimer>
+#include <QToolBar>
+#include <QUndoStack>
+
+namespace vantrel::host {
+
+namespace {
+
+const QString RecentFilesKey = QStringLiteral("recentFiles");
+constexpr int MaximumRecentFiles = 8;
+const QString SceneFilter
+    = QStringLiteral("Vantrel scenes (*.vscene *.json);;All files (*)");
+
+struct SceneCounts
+{
+    int shapes = 0;
+    int lights = 0;
+};
+
+void count(const BaseNode &node, SceneCounts &counts)
+{
+    for (std::size_t i = 0; i < node.GetChildren().size(); ++i) {
+        const BaseNode &child = *node.childNode(i);
+        if (child.GetNodeType() == INode::MeshNodeType)
+            ++counts.shapes;
+        else if (child.GetNodeType() == INode::LightNodeType)
+            ++counts.lights;
+        count(child, counts);
+    }
+}
+
+} // namespace
+
+MainWindow::MainWindow(QString pluginPath, const QString &settingsPath, QWidget *parent)
+    : QMainWindow(parent)
+    , m_pluginPath(std::move(pluginPath))
+    , m_settings(settingsPath.isEmpty()
+                     ? std::make_unique<QSettings>(QStringLiteral("vantrel"),
+                                                   QStringLiteral("vantrel"))
+                     : std::make_unique<QSettings>(settingsPath, QSettings::IniFormat))
+{
+    m_tree = new SceneTreeView;
+    m_view = new SceneView;
+    auto *splitter = new QSplitter(Qt::Horizontal);
+    splitter->addWidget(m_tree);
+    splitter->addWidget(m_view);
+    splitter->setStretchFactor(0, 0);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({260, 1000});
+    setCentralWidget(splitter);
+
+    m_toolBar = addToolBar(QStringLiteral("Tools"));
+    m_toolBar->setObjectName(QStringLiteral("tools"));
+    m_toolBar->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    m_status = new QLabel;
+    statusBar()->addPermanentWidget(m_status);
+    // The name a pressed button set is not left for an unrelated change once its tool ran.
+    connect(m_toolBar, &QToolBar::actionTriggered, this, [this] {
+        if (m_session)
+            m_session->document().history().setNextStepName(QString());
+    });
+    buildMenus();
+    resize(1280, 800);
+    // The view has the keyboard when the window opens, so the tools' single-key shortcuts work
+    // at once.
+    m_view->setFocus();
+    updateTitle();
+}
+
+MainWindow::~MainWindow()
+{
+    // The view and the tree let go of the document before it goes.
+    m_view->setDocument(nullptr);
+    m_tree->setDocument(nullptr);
+    m_session.reset();
+    m_userInterface.reset();
+}
+
+bool MainWindow::initialize(QString *errorMessage)
+{
+    return adopt(std::make_unique<Document>(), QString(), errorMessage);
+}
+
+Document *MainWindow::document() const
+{
+    return m_session ? &m_session->document() : nullptr;
+}
+
+void MainWindow::buildMenus()
+{
+    QMenu *file = menuBar()->addMenu(QStringLiteral("&File"));
+    QAction *newAction = file->addAction(QStringLiteral("&New"), this, [this] { newDocument(); });
+    newAction->setShortcut(QKeySequence::New);
+    QAction *openAction = file->addAction(QStringLiteral("&Open..."), this, &MainWindow::open);
+    openAction->setShortcut(QKeySequence::Open);
+    m_recentMenu = file->addMenu(QStringLiteral("Open &Recent"));
+    connect(m_recentMenu, &QMenu::aboutToShow, this, &MainWindow::fillRecentMenu);
+    fillRecentMenu(); // so that the menu is greyed out from the start when there is none
+    file->addSeparator();
+    QAction *saveAction = file->addAction(QStringLiteral("&Save"), this, [this] { save(); });
+    saveAction->setShortcut(QKeySequence::Save);
+    QAction *saveAsAction
+        = file->addAction(QStringLiteral("Save &As..."), this, [this] { saveAs(); });
+    saveAsAction->setShortcut(QKeySequence::SaveAs);
+    file->addSeparator();
+    QAction *quitAction = file->addAction(QStringLiteral("&Quit"), this, &QWidget::close);
+    quitAction->setShortcut(QKeySequence::Quit);
+
+    QMenu *edit = menuBar()->addMenu(QStringLiteral("&Edit"));
+    m_undoAction = edit->addAction(QStringLiteral("&Undo"), this, [this] {
+        if (Document *current = document())
+            current->undo();
+    });
+    m_undoAction->setShortcut(QKeySequence::Undo);
+    m_redoAction = edit->addAction(QStringLiteral("&Redo"), this, [this] {
+        if (Document *current = document())
+            current->redo();
+    });
+    m_redoAction->setShortcut(QKeySequence::Redo);
+
+    m_toolsMenu = menuBar()->addMenu(QStringLiteral("&Tools"));
+    // IsEnabled is asked again whenever the menu opens, whatever changed since.
+    connect(m_toolsMenu, &QMenu::aboutToShow, this, &MainWindow::updateToolActions);
+
+    QMenu *help = menuBar()->addMenu(QStringLiteral("&Help"));
+    help->addAction(QStringLiteral("&About Vantrel"), this, [this] {
+        QMessageBox::about(
+            this,
+            QStringLiteral("About Vantrel"),
+            QStringLiteral("<b>Vantrel %1</b><p>The stand-in host of the vantrel tools plug-in: "
+                           "a packaging scene, its undo history, a live view and the tools "
+                           "%2.</p><p>Left drag orbits, middle drag or Shift + left drag pans, "
+                           "the wheel zooms; a click selects and Ctrl + click adds.</p>")
+                .arg(QApplication::applicationVersion(), m_pluginPath.toHtmlEscaped()));
+    });
+}
+
+bool MainWindow::adopt(std::unique_ptr<Document> document,
+                       const QString &path,
+                       QString *errorMessage)
+{
+    auto userInterface = std::make_unique<DesktopUserInterface>(this, m_toolBar);
+    auto session = std::make_unique<Session>(std::move(document), userInterface.get());
+    if (!session->loadToolsPlugin(m_pluginPath, errorMessage))
+        return false;
+    // A tool-bar button names the undo step its tool makes, as the Tools menu does.
+    connect(userInterface.get(),
+            &DesktopUserInterface::toolbarActionPressed,
+            this,
+            [this](QAction *action) {
+                if (m_session)
+                    m_session->document().history().setNextStepName(action->text());
+            });
+
+    Document &current = session->document();
+    m_view->setDocument(&current);
+    m_tree->setDocument(&current);
+    // The old document goes after the view and the tree have let go of it, and its tool-bar
+    // buttons go with its user interface.
+    m_session = std::move(session);
+    m_userInterface = std::move(userInterface);
+    m_filePath = path;
+
+    connect(&current, &Document::changed, this, &MainWindow::scheduleUpdate);
+    QUndoStack *stack = current.history().stack();
+    stack->setClean();
+    connect(stack, &QUndoStack::cleanChanged, this, &MainWindow::updateTitle);
+    connect(stack, &QUndoStack::indexChanged, this, &MainWindow::updateUndoActions);
+    rebuildToolsMenu();
+    updateUndoActions();
+    updateTitle();
+    updateStatus();
+    return true;
+}
+
+void MainWindow::rebuildToolsMenu()
+{
+    // The previous document's actions run its tools, which are gone with its session.
+    for (const auto &entry : m_toolActions)
+        delete entry.first;
+    m_toolActions.clear();
+    for (ITool *tool : m_session->tools().toolsByOrder()) {
+        auto *action = new QAction(tool->GetTitle(), this);
+        m_toolsMenu->addAction(action);
+        addAction(action);
+        action->setShortcut(tool->GetShortcut());
+        // In the window as well as in the menu, so that the single-key shortcuts work wherever
+        // the keyboard is in this window while the menu is closed, the view included; a tool
+        // window, being modal, keeps them from firing while it is open.
+        action->setShortcutContext(Qt::WindowShortcut);
+        connect(action, &QAction::triggered, this, [this, tool] { runTool(tool); });
+        m_toolActions.emplace_back(action, tool);
+    }
+    updateToolActions();
+}
+
+void MainWindow::runTool(ITool *tool)
+{
+    if (!m_session)
+        return;
+    DocumentContext &context = m_session->context();
+    // The menu may be out of date by a change made since it was last brought up to date.
+    if (!tool->IsEnabled(context)) {
+        updateToolActions();
+        return;
+    }
+    UndoHistory &history = m_session->document().history();
+    history.setNextStepName(tool->GetTitle());
+    tool->Execute(context);
+    history.setNextStepName(QString());
+    updateToolActions();
+}
+
+void MainWindow::updateToolActions()
+{
+    m_updatePending = false;
+    if (!m_session)
+        return;
+    for (const auto &[action, tool] : m_toolActions)
+        action->setEnabled(tool->IsEnabled(m_session->context()));
+    updateUndoActions();
+    updateStatus();
+}
+
+void MainWindow::scheduleUpdate()
+{
+    // A tool may change the scene thousands of times in one go: the menus and the status line
+    // follow once the event loop gets its turn, which is before any key or click is handled.
+    if (std::exchange(m_updatePending, true))
+        return;
+    QTimer::singleShot(0, this, &MainWindow::updateToolActions);
+}
+
+void MainWindow::updateUndoActions()
+{
+    const UndoHistory *history = m_session ? &m_session->document().history() : nullptr;
+    const bool canUndo = history && history->undoCount() > 0;
+    const bool canRedo = history && history->redoCount() > 0;
+    m_undoAction->setEnabled(canUndo);
+    m_redoAction->setEnabled(canRedo);
+    m_undoAction->setText(canUndo ? QStringLiteral("&Undo %1").arg(history->undoText())
+                                  : QStringLiteral("&Undo"));
+    m_redoAction->setText(canRedo ? QStringLiteral("&Redo %1").arg(history->redoText())
+                                  : QStringLiteral("&Redo"));
+}
+
+void MainWindow::updateTitle()
+{
+    const QString name = m_filePath.isEmpty() ? QStringLiteral("Untitled")
+                                              : QFileInfo(m_filePath).fileName();
+    setWindowTitle(QStringLiteral("%1[*] — Vantrel").arg(name));
+    setWindowModified(m_session && !m_session->document().history().stack()->isClean());
+}
+
+void MainWindow::updateStatus()
+{
+    if (!m_session)
+        return;
+    SceneCounts counts;
+    const Document &current = m_session->document();
+    count(*current.root(), counts);
+    m_status->setText(QStringLiteral("%1 shapes, %2 lights, %3 selected")
+                          .arg(counts.shapes)
+                          .arg(counts.lights)
+                          .arg(current.GetSelection().size()));
+}
+
+bool MainWindow::maybeSave()
+{
+    if (!isWindowModified())
+        return true;
+    const QString name = m_filePath.isEmpty() ? QStringLiteral("Untitled")
+                                              : QFileInfo(m_filePath).fileName();
+    QMessageBox question(QMessageBox::Question,
+                         QStringLiteral("Unsaved Changes"),
+                         QStringLiteral("The scene \"%1\" has changes that are not saved.")
+                             .arg(name),
+                         QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
+                         this);
+    question.setInformativeText(QStringLiteral("Do you want to save them?"));
+    question.setDefaultButton(QMessageBox::Save);
+    switch (question.exec()) {
+    case QMessageBox::Save:
+        return save();
+    case QMessageBox::Discard:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool MainWindow::newDocument()
+{
+    if (!maybeSave())
+        return false;
+    QString error;
+    if (!adopt(std::make_unique<Document>(), QString(), &error)) {
+        showFileError(QStringLiteral("New Scene"), error);
+        return false;
+    }
+    return true;
+}
+
+void MainWindow::open()
+{
+    const QString start
+        = m_filePath.isEmpty() ? QDir::currentPath() : QFileInfo(m_filePath).absolutePath();
+    const QString path
+        = QFileDialog::getOpenFileName(this, QStringLiteral("Open Scene"), start, SceneFilter);
+    if (!path.isEmpty())
+        openFile(path);
+}
+
+bool MainWindow::openFile(const QString &path)
+{
+    // The file is read before the question about unsaved changes: a file that cannot be opened
+    // needs no decision about the open one, which stays as it is.
+    QString error;
+    std::unique_ptr<Document> loaded = SceneFile::load(path, &error);
+    if (!loaded) {
+        showFileError(QStringLiteral("Open Scene"), error);
+        // A recent file that is gone is dropped from the list; one that is there but unreadable
+        // stays, so that it can be opened again once it is mended.
+        if (!QFileInfo::exists(path)) {
+            QStringList recent = recentFiles();
+            recent.removeAll(QFileInfo(path).absoluteFilePath());
+            m_settings->setValue(RecentFilesKey, recent);
+        }
+        return false;
+    }
+    if (!maybeSave())
+        return false;
+    if (!adopt(std::move(loaded), QFileInfo(path).absoluteFilePath(), &error)) {
+        showFileError(QStringLiteral("Open Scene"), error);
+        return false;
+    }
+    addRecentFile(m_filePath);
+    return true;
+}
+
+bool MainWindow::save()
+{
+    return m_filePath.isEmpty() ? saveAs() : saveFile(m_filePath);
+}
+
+bool MainWindow::saveAs()
+{
+    const QString start = m_filePath.isEmpty()
+                              ? QDir::current().filePath(QStringLiteral("Untitled.vscene"))
+                              : m_filePath;
+    QFileDialog dialog(this, QStringLiteral("Save Scene As"), start, SceneFilter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(QStringLiteral("vscene"));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return false;
+    return saveFile(dialog.selectedFiles().constFirst());
+}
+
+bool MainWindow::saveFile(const QString &path)
+{
+    if (!m_session)
+        return false;
+    QString error;
+    if (!SceneFile::save(path, m_session->document(), &error)) {
+        showFileError(QStringLiteral("Save Scene"), error);
+        return false;
+    }
+    m_filePath = QFileInfo(path).absoluteFilePath();
+    m_session->document().history().stack()->setClean();
+    addRecentFile(m_filePath);
+    updateTitle();
+    statusBar()->showMessage(QStringLiteral("Saved %1").arg(QDir::toNativeSeparators(m_filePath)),
+                             5000);
+    return true;
+}
+
+QStringList MainWindow::recentFiles() const
+{
+    return m_settings->value(RecentFilesKey).toStringList();
+}
+
+void MainWindow::addRecentFile(const QString &path)
+{
+    QStringList recent = recentFiles();
+    recent.removeAll(path);
+    recent.prepend(path);
+    while (recent.size() > MaximumRecentFiles)
+        recent.removeLast();
+    m_settings->setValue(RecentFilesKey, recent);
+    fillRecentMenu();
+}
+
+void MainWindow::fillRecentMenu()
+{
+    m_recentMenu->clear();
+    const QStringList recent = recentFiles();
+    for (int i = 0; i < recent.size(); ++i) {
+        const QString &path = recent.at(i);
+        QAction *action = m_recentMenu->addAction(
+            QStringLiteral("&%1 %2").arg(i + 1).arg(QDir::toNativeSeparators(path)));
+        action->setData(path);
+        // Queued: opening replaces the menu's actions, the one triggered among them.
+        connect(
+            action,
+            &QAction::triggered,
+            this,
+            [this, path] { openFile(path); },
+            Qt::QueuedConnection);
+    }
+    if (!recent.isEmpty()) {
+        m_recentMenu->addSeparator();
+        m_recentMenu->addAction(QStringLiteral("&Clear Menu"), this, [this] {
+            m_settings->remove(RecentFilesKey);
+            fillRecentMenu();
+        });
+    }
+    m_recentMenu->setEnabled(!recent.isEmpty());
+}
+
+void MainWindow::showFileError(const QString &title, const QString &message)
+{
+    emit fileErrorShown(message);
+    QMessageBox::warning(this, title, message);
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (maybeSave())
+        event->accept();
+    else
+        event->ignore();
+}
+
+} // namespace vantrel::host
