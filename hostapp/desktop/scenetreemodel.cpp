@@ -155,11 +155,9 @@ void SceneTreeModel::updateStructure(Mirror *mirror)
         else
             relayout(mirror, int(prefix), int(suffix));
     }
-    const std::vector<Mirror *> children = mirror->mirroredChildren; // updates may drop some
-    for (Mirror *child : children) {
-        if (!child->dead)
-            updateStructure(child);
-    }
+    // A child's update changes only its own list of mirrored children, never this one.
+    for (Mirror *child : mirror->mirroredChildren)
+        updateStructure(child);
 }
 
 void SceneTreeModel::insertRows(Mirror *mirror, int first, int count)
@@ -168,13 +166,9 @@ void SceneTreeModel::insertRows(Mirror *mirror, int first, int count)
     beginInsertRows(indexOfMirror(mirror), first, first + count - 1);
     mirror->children.insert(
         mirror->children.begin() + first, live.begin() + first, live.begin() + first + count);
-    std::vector<Row> rows;
-    rows.reserve(std::size_t(count));
+    mirror->rows.insert(mirror->rows.begin() + first, std::size_t(count), Row());
     for (int i = first; i < first + count; ++i)
-        rows.push_back(rowFor(live[std::size_t(i)]));
-    mirror->rows.insert(mirror->rows.begin() + first,
-                        std::make_move_iterator(rows.begin()),
-                        std::make_move_iterator(rows.end()));
+        mirror->rows[std::size_t(i)] = rowFor(live[std::size_t(i)]);
     for (Mirror *child : mirror->mirroredChildren) {
         if (child->row >= first)
             child->row += count;
@@ -324,8 +318,7 @@ void SceneTreeModel::updateData(Mirror *mirror)
             first = -1;
         }
     }
-    const std::vector<Mirror *> children = mirror->mirroredChildren;
-    for (Mirror *child : children)
+    for (Mirror *child : mirror->mirroredChildren)
         updateData(child);
 }
 
@@ -481,8 +474,9 @@ bool SceneTreeModel::hasChildren(const QModelIndex &parent) const
         return !mirror->rows.empty();
     if (m_updating)
         return false; // the same answer as rowCount() gives inside an update
-    // Outside an update every mirrored node is in the tree, so reading it is safe.
-    return !owner->children[std::size_t(parent.row())]->GetChildren().empty();
+    // From the copy: a slot connected to the document before this model may let a view paint
+    // before the model has heard of a change, when the node may already be gone.
+    return owner->rows[std::size_t(parent.row())].hasChildren;
 }
 
 QVariant SceneTreeModel::data(const QModelIndex &index, int role) const
