@@ -2,6 +2,7 @@
 // satin finish. Shapes are lit but not shadowed: only the floor receives shadows.
 uniform vec3 albedo; // linear
 uniform vec3 eye;
+uniform float selected; // 1 for a selected shape in a view, 0 otherwise (always in pictures)
 
 in vec3 worldPosition;
 in vec3 worldNormal;
@@ -9,6 +10,9 @@ out vec4 colour;
 
 const float Shininess = 40.0;
 const float Gloss = 0.15;
+// The selection's mark: a warm tint over the whole shape and a brighter rim where its faces turn
+// away from the viewer, so that a selected shape stands out whatever its own colour.
+const vec3 HighlightColour = vec3(1.0, 0.55, 0.1); // sRGB
 
 void main()
 {
@@ -29,4 +33,8 @@ void main()
         highlight += lightIntensity[i] * pow(max(dot(n, normalize(l + v)), 0.0), Shininess);
     }
     colour = vec4(toScreen(albedo * (ambient + diffuse) + Gloss * highlight), 1.0);
+    if (selected > 0.0) {
+        float rim = pow(1.0 - abs(dot(n, v)), 2.0);
+        colour.rgb = mix(colour.rgb, HighlightColour, 0.3 + 0.6 * rim);
+    }
 }
