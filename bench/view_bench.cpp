@@ -20,6 +20,7 @@
 #include "hostapp/core/samplescene.h"
 #include "hostapp/core/scenefile.h"
 #include "hostapp/desktop/sceneview.h"
+#include "hostapp/render/drawlist.h"
 
 #include <QApplication>
 #include <QBuffer>
@@ -41,6 +42,7 @@ namespace {
 
 struct Figures
 {
+    long long triangles = 0;
     double firstMilliseconds = 0;
     double millisecondsPerFrame = 0;
     double paintGlMilliseconds = 0; // the CPU's share: SceneView::lastFrameMilliseconds, mean
@@ -68,6 +70,8 @@ Figures orbit(SceneView &view, Document &document, int frames)
 {
     view.setDocument(&document);
     Figures figures;
+    for (const vantrel::render::DrawItem &item : vantrel::render::collectDrawList(document).items)
+        figures.triangles += item.mesh->triangleCount();
     figures.firstMilliseconds = drawFrame(view);
     Camera &camera = *document.camera();
     double total = 0, paintGl = 0;
@@ -84,14 +88,16 @@ Figures orbit(SceneView &view, Document &document, int frames)
 
 void print(const char *name, const Figures &figures, const Figures &reference)
 {
-    std::printf("  %-34s %7.1f fps  %8.1f ms/frame  %5.2f x empty  (paintGL %6.1f ms)"
-                "  first frame %8.1f ms\n",
-                name,
-                1000.0 / figures.millisecondsPerFrame,
-                figures.millisecondsPerFrame,
-                figures.millisecondsPerFrame / reference.millisecondsPerFrame,
-                figures.paintGlMilliseconds,
-                figures.firstMilliseconds);
+    std::printf(
+        "  %-32s %9lld triangles %6.1f fps  %8.1f ms/frame  %5.2f x empty  (paintGL %6.1f ms)"
+        "  first frame %8.1f ms\n",
+        name,
+        figures.triangles,
+        1000.0 / figures.millisecondsPerFrame,
+        figures.millisecondsPerFrame,
+        figures.millisecondsPerFrame / reference.millisecondsPerFrame,
+        figures.paintGlMilliseconds,
+        figures.firstMilliseconds);
 }
 
 std::unique_ptr<Document> demoScene(QString *error)

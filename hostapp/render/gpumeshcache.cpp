@@ -5,15 +5,23 @@
 #include "hostapp/render/drawlist.h"
 
 #include <QMatrix4x4>
-#include <QOpenGLFunctions>
-#include <QOpenGLShaderProgram>
-#include <QVector3D>
+#include <QOpenGLExtraFunctions>
 
 #include <cstddef>
+#include <cstring>
 
 namespace vantrel::render {
 
 namespace {
+
+// One instance's attributes as mesh.vert reads them (locations 2 to 10): the world matrix's four
+// columns, the normal matrix's three, the colour (linear) and the selection mark (0 or 1).
+constexpr int WorldLocation = 2;
+constexpr int NormalMatrixLocation = 6;
+constexpr int AlbedoLocation = 9;
+constexpr int SelectedLocation = 10;
+constexpr int InstanceFloats = 16 + 9 + 3 + 1;
+constexpr int InstanceStride = InstanceFloats * int(sizeof(float));
 
 // The host's matrices act on row vectors and are stored row by row; GLSL's act on column vectors.
 QMatrix4x4 toGl(const Matrix &m)
@@ -21,12 +29,33 @@ QMatrix4x4 toGl(const Matrix &m)
     return QMatrix4x4(m.m).transposed();
 }
 
+void writeInstance(float *out, const DrawItem &item)
+{
+    const QMatrix4x4 world = toGl(item.world);
+    std::memcpy(out, world.constData(), 16 * sizeof(float)); // column by column, as GLSL reads
+    // The inverse transpose of the linear part keeps normals normal under any scale.
+    std::memcpy(out + 16, world.normalMatrix().constData(), 9 * sizeof(float));
+    out[25] = item.albedo.r;
+    out[26] = item.albedo.g;
+    out[27] = item.albedo.b;
+    out[28] = item.selected ? 1.f : 0.f;
+}
+
 } // namespace
+
+GpuMeshCache::GpuMeshCache() = default;
 
 GpuMeshCache::~GpuMeshCache() = default;
 
+void GpuMeshCache::clear()
+{
+    m_batches.clear();
+    m_meshes.clear();
+    m_instances.destroy();
+}
+
 std::unique_ptr<GpuMeshCache::GpuMesh> GpuMeshCache::upload(const host::MeshPtr &mesh,
-                                                            QOpenGLFunctions &gl)
+                                                            QOpenGLExtraFunctions &gl)
 {
     std::vector<VertexRecord> vertices;
     std::vector<quint32> indices;
@@ -72,18 +101,36 @@ std::unique_ptr<GpuMeshCache::GpuMesh> GpuMeshCache::upload(const host::MeshPtr 
                              GL_FALSE,
                              sizeof(VertexRecord),
                              reinterpret_cast<const void *>(offsetof(VertexRecord, normal)));
+    // The instance attributes advance once per instance; where they are read from is set at
+    // each draw, since the mesh's run of the instance buffer changes from frame to frame.
+    for (int location = WorldLocation; location <= SelectedLocation; ++location) {
+        gl.glEnableVertexAttribArray(GLuint(location));
+        gl.glVertexAttribDivisor(GLuint(location), 1);
+    }
     gpu->vertexArray.release();
     return gpu;
 }
 
-void GpuMeshCache::prepare(const DrawList &list, QOpenGLFunctions &gl)
+void GpuMeshCache::prepare(const DrawList &list, QOpenGLExtraFunctions &gl)
 {
     ++m_frame;
-    for (const DrawItem &item : list.items) {
-        std::unique_ptr<GpuMesh> &gpu = m_meshes[item.mesh.get()];
-        if (!gpu)
-            gpu = upload(item.mesh, gl);
-        gpu->lastFrame = m_frame;
+    m_batches.clear();
+    // First the meshes and how many instances each has, then every instance in its mesh's run.
+    std::unordered_map<const host::Mesh *, std::size_t> batchOf;
+    std::vector<std::size_t> itemBatch(list.items.size());
+    for (std::size_t i = 0; i < list.items.size(); ++i) {
+        const DrawItem &item = list.items[i];
+        auto found = batchOf.find(item.mesh.get());
+        if (found == batchOf.end()) {
+            std::unique_ptr<GpuMesh> &gpu = m_meshes[item.mesh.get()];
+            if (!gpu)
+                gpu = upload(item.mesh, gl);
+            gpu->lastFrame = m_frame;
+            found = batchOf.emplace(item.mesh.get(), m_batches.size()).first;
+            m_batches.push_back(Batch{gpu.get(), 0, 0});
+        }
+        itemBatch[i] = found->second;
+        ++m_batches[found->second].count;
     }
     for (auto entry = m_meshes.begin(); entry != m_meshes.end();) {
         if (entry->second->lastFrame != m_frame)
@@ -91,28 +138,59 @@ void GpuMeshCache::prepare(const DrawList &list, QOpenGLFunctions &gl)
         else
             ++entry;
     }
+    int first = 0;
+    for (Batch &batch : m_batches) {
+        batch.first = first;
+        first += batch.count;
+        batch.count = 0;
+    }
+    m_instanceData.resize(list.items.size() * InstanceFloats);
+    for (std::size_t i = 0; i < list.items.size(); ++i) {
+        Batch &batch = m_batches[itemBatch[i]];
+        writeInstance(&m_instanceData[std::size_t(batch.first + batch.count) * InstanceFloats],
+                      list.items[i]);
+        ++batch.count;
+    }
+    if (m_instanceData.empty())
+        return;
+    if (!m_instances.isCreated())
+        m_instances.create();
+    m_instances.bind();
+    m_instances.allocate(m_instanceData.data(), int(m_instanceData.size() * sizeof(float)));
+    m_instances.release();
 }
 
-void GpuMeshCache::draw(const DrawList &list,
-                        QOpenGLShaderProgram &program,
-                        bool shade,
-                        bool highlight,
-                        QOpenGLFunctions &gl) const
+void GpuMeshCache::draw(QOpenGLExtraFunctions &gl)
 {
-    for (const DrawItem &item : list.items) {
-        GpuMesh &gpu = *m_meshes.at(item.mesh.get());
+    for (const Batch &batch : m_batches) {
+        GpuMesh &gpu = *batch.gpu;
         if (gpu.indexCount == 0)
             continue;
-        const QMatrix4x4 world = toGl(item.world);
-        program.setUniformValue("world", world);
-        if (shade) {
-            program.setUniformValue("normalMatrix", world.normalMatrix());
-            program.setUniformValue("albedo",
-                                    QVector3D(item.albedo.r, item.albedo.g, item.albedo.b));
-            program.setUniformValue("selected", highlight && item.selected ? 1.f : 0.f);
-        }
         gpu.vertexArray.bind();
-        gl.glDrawElements(GL_TRIANGLES, gpu.indexCount, GL_UNSIGNED_INT, nullptr);
+        m_instances.bind();
+        const std::size_t base = std::size_t(batch.first) * InstanceStride;
+        auto at = [base](int floats) {
+            return reinterpret_cast<const void *>(base + std::size_t(floats) * sizeof(float));
+        };
+        for (int column = 0; column < 4; ++column)
+            gl.glVertexAttribPointer(GLuint(WorldLocation + column),
+                                     4,
+                                     GL_FLOAT,
+                                     GL_FALSE,
+                                     InstanceStride,
+                                     at(4 * column));
+        for (int column = 0; column < 3; ++column)
+            gl.glVertexAttribPointer(GLuint(NormalMatrixLocation + column),
+                                     3,
+                                     GL_FLOAT,
+                                     GL_FALSE,
+                                     InstanceStride,
+                                     at(16 + 3 * column));
+        gl.glVertexAttribPointer(AlbedoLocation, 3, GL_FLOAT, GL_FALSE, InstanceStride, at(25));
+        gl.glVertexAttribPointer(SelectedLocation, 1, GL_FLOAT, GL_FALSE, InstanceStride, at(28));
+        m_instances.release();
+        gl.glDrawElementsInstanced(
+            GL_TRIANGLES, gpu.indexCount, GL_UNSIGNED_INT, nullptr, batch.count);
         gpu.vertexArray.release();
     }
 }

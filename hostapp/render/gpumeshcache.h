@@ -9,8 +9,9 @@
 
 #include <memory>
 #include <unordered_map>
+#include <vector>
 
-class QOpenGLFunctions;
+class QOpenGLExtraFunctions;
 class QOpenGLShaderProgram;
 
 namespace vantrel::render {
@@ -19,29 +20,29 @@ struct DrawList;
 
 // The meshes of the frames drawn in one OpenGL context, kept on the GPU from frame to frame: a
 // view redraws the same meshes many times a second, and clones share their mesh, so each mesh
-// goes up once while it is in use. Every call needs the owning context current.
+// goes up once while it is in use. The shapes that share a mesh are drawn together, one
+// instanced draw per mesh, each instance with its own world matrix, normal matrix, colour and
+// selection mark: a grid of thousands of copies costs a handful of draw calls. Every call needs
+// the owning context current.
 class GpuMeshCache
 {
 public:
-    GpuMeshCache() = default;
+    GpuMeshCache();
     ~GpuMeshCache();
     GpuMeshCache(const GpuMeshCache &) = delete;
     GpuMeshCache &operator=(const GpuMeshCache &) = delete;
 
-    // Uploads the list's meshes that are not on the GPU yet and forgets those it does not use,
-    // so that a long session does not keep every mesh a shape ever had.
-    void prepare(const DrawList &list, QOpenGLFunctions &gl);
+    // Uploads the list's meshes that are not on the GPU yet, forgets those it does not use (so
+    // that a long session does not keep every mesh a shape ever had), and uploads the list's
+    // instances.
+    void prepare(const DrawList &list, QOpenGLExtraFunctions &gl);
 
-    // Draws every item of the list (prepared) with the bound program. shade sets the lighting
-    // pass's uniforms too; highlight marks the selected shapes for that pass.
-    void draw(const DrawList &list,
-              QOpenGLShaderProgram &program,
-              bool shade,
-              bool highlight,
-              QOpenGLFunctions &gl) const;
+    // Draws the prepared list with the bound program: the shaders read the instance attributes
+    // (see mesh.vert), and the shadow pass reads only the world matrix.
+    void draw(QOpenGLExtraFunctions &gl);
 
     // Frees every buffer; the owning context must be current.
-    void clear() { m_meshes.clear(); }
+    void clear();
     std::size_t size() const { return m_meshes.size(); }
 
 private:
@@ -57,11 +58,21 @@ private:
         int indexCount = 0;
         quint64 lastFrame = 0;
     };
+    // The instances of one mesh in this frame: a run of the instance buffer.
+    struct Batch
+    {
+        GpuMesh *gpu;
+        int first;
+        int count;
+    };
 
-    static std::unique_ptr<GpuMesh> upload(const host::MeshPtr &mesh, QOpenGLFunctions &gl);
+    std::unique_ptr<GpuMesh> upload(const host::MeshPtr &mesh, QOpenGLExtraFunctions &gl);
 
     std::unordered_map<const host::Mesh *, std::unique_ptr<GpuMesh>> m_meshes;
     quint64 m_frame = 0;
+    std::vector<Batch> m_batches;
+    std::vector<float> m_instanceData;
+    QOpenGLBuffer m_instances{QOpenGLBuffer::VertexBuffer};
 };
 
 } // namespace vantrel::render

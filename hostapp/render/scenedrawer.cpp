@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QMatrix4x4>
 #include <QOpenGLContext>
+#include <QOpenGLExtraFunctions>
 #include <QOpenGLFramebufferObject>
 #include <QOpenGLFunctions>
 #include <QOpenGLShaderProgram>
@@ -198,6 +199,8 @@ bool SceneDrawer::initialize(QString *errorMessage)
 void SceneDrawer::releaseResources()
 {
     m_shadows.reset();
+    if (m_meshes)
+        m_meshes->clear();
     m_meshes.reset();
     m_emptyVertexArray.reset();
     m_shadowProgram.reset();
@@ -255,7 +258,7 @@ bool SceneDrawer::updateShadows(const DrawList &list, bool wanted, QString *erro
         program.setUniformValue("lightView", toGl(shadows.frames[s].view));
         program.setUniformValue("lightProjection", toGl(shadows.frames[s].projection));
         program.setUniformValue("depthScale", shadows.frames[s].depthScale);
-        m_meshes->draw(list, program, false, false, gl);
+        m_meshes->draw(*QOpenGLContext::currentContext()->extraFunctions());
     }
     program.release();
     ++m_shadowPasses;
@@ -328,7 +331,7 @@ bool SceneDrawer::draw(const DrawList &list,
     const Matrix &global = camera.GetGlobalMatrix();
     const QVector3D eye(global[12], global[13], global[14]);
 
-    m_meshes->prepare(list, gl);
+    m_meshes->prepare(list, *QOpenGLContext::currentContext()->extraFunctions());
     gl.glEnable(GL_DEPTH_TEST);
     // Only the floor receives shadows: without it there is nothing to draw them for.
     if (!updateShadows(list, options.floor, errorMessage)) {
@@ -375,8 +378,9 @@ bool SceneDrawer::draw(const DrawList &list,
     m_meshProgram->bind();
     m_meshProgram->setUniformValue("viewProjection", viewProjection);
     m_meshProgram->setUniformValue("eye", eye);
+    m_meshProgram->setUniformValue("highlightSelection", options.highlightSelection ? 1.f : 0.f);
     setLights(*m_meshProgram, list, m_shadows->tiles);
-    m_meshes->draw(list, *m_meshProgram, true, options.highlightSelection, gl);
+    m_meshes->draw(*QOpenGLContext::currentContext()->extraFunctions());
     m_meshProgram->release();
     return true;
 }
