@@ -11,6 +11,8 @@
 
 #include <memory>
 
+class QLabel;
+
 namespace vantrel::render {
 class SceneDrawer;
 }
@@ -28,8 +30,8 @@ class BaseNode;
 // for it. The view never changes it to match its own shape; it fits the camera's frame inside
 // the widget, and more of the scene shows at the sides or above and below.
 //
-// It needs OpenGL 3.3; without it the widget shows a message naming the problem, and the rest of
-// the window goes on working. Use it on the GUI thread.
+// It needs OpenGL 3.3; without it the widget shows a message naming the problem (a label over
+// the view), and the rest of the window goes on working. Use it on the GUI thread.
 class VANTREL_DESKTOP_EXPORT SceneView : public QOpenGLWidget
 {
     Q_OBJECT
@@ -73,18 +75,20 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     enum class Drag { None, Orbit, Pan };
 
     void releaseResources();
-    void paintMessage();
+    void showMessage();
     void clickAt(const QPoint &position, bool toggle);
     void pan(const QPoint &from, const QPoint &to);
 
     QPointer<Document> m_document;
     std::unique_ptr<render::SceneDrawer> m_drawer;
     QString m_errorMessage;
+    QLabel *m_message = nullptr; // why the view cannot draw; a child, shown only then
     double m_lastFrameMilliseconds = 0.0;
 
     // The gesture of the button pressed: where it began, where it was last, and what it does

@@ -17,8 +17,12 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QSet>
 #include <QSignalSpy>
 #include <QTest>
+#include <QVBoxLayout>
 #include <QWheelEvent>
 
 #include <cmath>
@@ -268,4 +272,52 @@ TEST_F(SceneViewTest, KeepsTheCameraFrameAndSurvivesItsDocumentGoing)
     Document other;
     m_view->setDocument(&other);
     EXPECT_TRUE(repaintsByItself()) << "a new document after the old one went";
+}
+
+// Run by its own CTest entry with Mesa told to offer OpenGL 3.0 only (MESA_GL_VERSION_OVERRIDE);
+// skipped where the driver offers what it has.
+TEST(SceneViewWithoutOpenGL33, ShowsWhyAndTheWindowKeepsWorking)
+{
+    if (qEnvironmentVariableIsEmpty("MESA_GL_VERSION_OVERRIDE"))
+        GTEST_SKIP() << "needs MESA_GL_VERSION_OVERRIDE=3.0 (see tests/CMakeLists.txt)";
+    Document document;
+    addBoxNode(document.root(), QStringLiteral("Box"), {0, 0, 0}, {10, 10, 10});
+    QWidget window;
+    auto *layout = new QVBoxLayout(&window);
+    auto *view = new SceneView(&window);
+    auto *button = new QPushButton(QStringLiteral("Still here"), &window);
+    layout->addWidget(view, 1);
+    layout->addWidget(button);
+    view->setDocument(&document);
+    window.resize(400, 300);
+    QSignalSpy frames(view, &SceneView::frameDrawn);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    if (frames.isEmpty()) {
+        ASSERT_TRUE(frames.wait(5000));
+    }
+    EXPECT_TRUE(view->errorMessage().contains(QStringLiteral("OpenGL 3.3 is needed")))
+        << view->errorMessage().toStdString();
+    QLabel *message = nullptr;
+    for (int wait = 0; wait < 50 && !(message && message->isVisible()); ++wait) {
+        QTest::qWait(100); // the view puts up its message once the event loop runs
+        message = view->findChild<QLabel *>();
+    }
+    ASSERT_TRUE(message && message->isVisible());
+    EXPECT_TRUE(message->text().contains(QStringLiteral("OpenGL 3.3 is needed")));
+    EXPECT_EQ(message->geometry(), view->rect()) << "the message covers the view";
+    // What the window shows: the view's area is not a single colour, the text is on it.
+    const QImage shown = window.grab(view->geometry()).toImage();
+    QSet<QRgb> colours;
+    for (int y = 0; y < shown.height(); y += 2) {
+        for (int x = 0; x < shown.width(); x += 2)
+            colours.insert(shown.pixel(x, y));
+    }
+    EXPECT_GT(colours.size(), 2) << "the message's text shows";
+
+    QTest::mouseClick(view, Qt::LeftButton, Qt::NoModifier, QPoint(100, 100));
+    QTest::mouseClick(view, Qt::LeftButton, Qt::NoModifier, QPoint(120, 120));
+    QSignalSpy clicked(button, &QPushButton::clicked);
+    QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_EQ(clicked.count(), 1) << "the rest of the window answers";
 }
