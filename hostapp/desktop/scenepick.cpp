@@ -92,11 +92,10 @@ TBBox<float> worldBox(const TBBox<float> &local, const Matrix &world)
 
 } // namespace
 
-const MeshNode *
-pickShape(const render::DrawList &list, const Vector3 &origin, const Vector3 &direction)
+MeshNode *pickShape(const render::DrawList &list, const Vector3 &origin, const Vector3 &direction)
 {
     float nearest = std::numeric_limits<float>::infinity();
-    const MeshNode *picked = nullptr;
+    MeshNode *picked = nullptr;
     std::vector<Vector3> corners;
     for (const render::DrawItem &item : list.items) {
         const host::Mesh &mesh = *item.mesh;

@@ -17,7 +17,6 @@ class MeshNode;
 // origin count. Shapes are skipped by their world bounding box before their triangles are tried,
 // so a scene of tens of thousands of shapes costs little more than a box test each. Triangles
 // count from both sides, as the view draws them.
-const MeshNode *
-pickShape(const render::DrawList &list, const Vector3 &origin, const Vector3 &direction);
+MeshNode *pickShape(const render::DrawList &list, const Vector3 &origin, const Vector3 &direction);
 
 } // namespace vantrel::host

@@ -74,6 +74,10 @@ SceneView::SceneView(QWidget *parent)
 
 SceneView::~SceneView()
 {
+    // The context goes in QOpenGLWidget's destructor, when this object is no SceneView any more:
+    // its last signal must not reach this class's slot.
+    if (context())
+        disconnect(context(), nullptr, this, nullptr);
     // The drawer's buffers belong to this widget's context: free them while it is current.
     makeCurrent();
     releaseResources();
@@ -202,9 +206,7 @@ BaseNode *SceneView::nodeAt(const QPoint &widgetPosition) const
     const Vector3 eye = camera.position();
     const Vector3 far
         = unproject(inverseViewProjection(view), toDevice(QPointF(widgetPosition), size()), 1.f);
-    const MeshNode *node
-        = pickShape(list, eye, Vector3(far.x - eye.x, far.y - eye.y, far.z - eye.z));
-    return const_cast<MeshNode *>(node);
+    return pickShape(list, eye, Vector3(far.x - eye.x, far.y - eye.y, far.z - eye.z));
 }
 
 void SceneView::mousePressEvent(QMouseEvent *event)

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/render/renderer.h"
 
-#include "geometry/geometry.h"
-#include "host/hostfunctions.h"
 #include "hostapp/core/document.h"
 #include "hostapp/render/drawlist.h"
 #include "hostapp/render/framing.h"
