@@ -78,10 +78,7 @@ SceneView::~SceneView()
     // its last signal must not reach this class's slot.
     if (context())
         disconnect(context(), nullptr, this, nullptr);
-    // The drawer's buffers belong to this widget's context: free them while it is current.
-    makeCurrent();
     releaseResources();
-    doneCurrent();
 }
 
 void SceneView::setDocument(Document *document)
@@ -123,9 +120,14 @@ void SceneView::initializeGL()
 
 void SceneView::releaseResources()
 {
-    if (m_drawer && context() && QOpenGLContext::currentContext() == context())
-        m_drawer->releaseResources();
+    if (!m_drawer)
+        return;
+    // The drawer's programs and buffers belong to this widget's context: free them while it is
+    // current.
+    makeCurrent();
+    m_drawer->releaseResources();
     m_drawer.reset();
+    doneCurrent();
 }
 
 void SceneView::paintGL()

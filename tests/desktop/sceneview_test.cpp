@@ -321,3 +321,23 @@ TEST(SceneViewWithoutOpenGL33, ShowsWhyAndTheWindowKeepsWorking)
     QTest::mouseClick(button, Qt::LeftButton);
     EXPECT_EQ(clicked.count(), 1) << "the rest of the window answers";
 }
+
+TEST_F(SceneViewTest, MovedIntoAnotherWindowItDrawsTheSameScene)
+{
+    const QImage before = m_view->grabFramebuffer();
+    // A new window gives the view a new OpenGL context: the old context's objects go with it and
+    // the drawer starts over in the new one.
+    QWidget window;
+    auto *layout = new QVBoxLayout(&window);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_view->setParent(&window);
+    layout->addWidget(m_view.get());
+    window.resize(m_view->size());
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    ASSERT_EQ(m_view->size(), before.size());
+    EXPECT_TRUE(m_view->errorMessage().isEmpty());
+    EXPECT_EQ(m_view->grabFramebuffer(), before);
+    EXPECT_EQ(m_view->nodeAt(pixel({0, 30, 5})), m_side);
+    m_view->setParent(nullptr); // the fixture deletes the view
+}
