@@ -24,12 +24,14 @@ void Camera::reset()
     m_fieldOfView = 40.f;
     m_aspectRatio = 4.f / 3.f;
     update();
+    notify();
 }
 
 void Camera::SetTarget(const Vector3 &target)
 {
     m_target = target;
     update();
+    notify();
 }
 
 void Camera::SetDistance(float distance)
@@ -38,6 +40,7 @@ void Camera::SetDistance(float distance)
         return;
     m_distance = qBound(MinimumDistance, distance, MaximumDistance);
     update();
+    notify();
 }
 
 void Camera::SetAspectRatio(float ratio)
@@ -46,6 +49,7 @@ void Camera::SetAspectRatio(float ratio)
     if (std::isnan(ratio))
         return;
     m_aspectRatio = qBound(0.05f, ratio, 20.f);
+    notify();
 }
 
 void Camera::setYaw(float degrees)
@@ -54,6 +58,7 @@ void Camera::setYaw(float degrees)
         return;
     m_yaw = std::remainder(degrees, 360.f);
     update();
+    notify();
 }
 
 void Camera::setPitch(float degrees)
@@ -62,6 +67,7 @@ void Camera::setPitch(float degrees)
         return;
     m_pitch = qBound(-MaximumPitch, degrees, MaximumPitch);
     update();
+    notify();
 }
 
 void Camera::setFieldOfView(float degrees)
@@ -69,11 +75,18 @@ void Camera::setFieldOfView(float degrees)
     if (std::isnan(degrees))
         return;
     m_fieldOfView = qBound(1.f, degrees, 170.f);
+    notify();
 }
 
 Vector3 Camera::position() const
 {
     return Vector3(m_global[12], m_global[13], m_global[14]);
+}
+
+void Camera::notify() const
+{
+    if (m_changeListener)
+        m_changeListener();
 }
 
 void Camera::update()

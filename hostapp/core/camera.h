@@ -5,6 +5,8 @@
 #include "host/hostexport.h"
 #include "host/icamera.h"
 
+#include <functional>
+
 namespace vantrel::host {
 
 // The document's orbit camera. The camera sits at target + distance * (cos p cos y, cos p sin y,
@@ -38,8 +40,17 @@ public:
     // A camera that frames a 60 cm tall arrangement on the floor from the front right.
     void reset();
 
+    // Called after every setter and reset(), even when the value stays (a setter that limits a
+    // value does not tell whether it changed). The camera is view state and records no undo
+    // step, so this is how its owner learns that views must follow. Null removes the listener.
+    void setChangeListener(std::function<void()> listener)
+    {
+        m_changeListener = std::move(listener);
+    }
+
 private:
     void update();
+    void notify() const;
 
     Vector3 m_target;
     float m_distance = 0.f;
@@ -48,6 +59,7 @@ private:
     float m_fieldOfView = 0.f;
     float m_aspectRatio = 0.f;
     Matrix m_global;
+    std::function<void()> m_changeListener;
 };
 
 } // namespace vantrel::host

@@ -115,7 +115,9 @@ Document::Document(QObject *parent)
     : QObject(parent)
     , m_root(std::make_unique<RootNode>(this))
     , m_camera(std::make_unique<Camera>())
-{}
+{
+    m_camera->setChangeListener([this] { emit cameraChanged(); });
+}
 
 Document::~Document()
 {

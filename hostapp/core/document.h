@@ -89,6 +89,9 @@ public:
 signals:
     // After every recorded change, undo and redo.
     void changed();
+    // After every change of the camera, which is view state and never recorded, so changed()
+    // does not cover it (Fit To View's preview, for one, moves only the camera).
+    void cameraChanged();
 
 private:
     std::unique_ptr<RootNode> m_root;

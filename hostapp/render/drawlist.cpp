@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_set>
 
 namespace vantrel::render {
 
@@ -94,6 +95,15 @@ DrawList collectDrawList(const host::Document &document)
     list.ambient = std::max(0.f, document.GetAmbientIntensity());
     const std::vector<INode *> nodes = CollectAllChildren(MakeListOfNodes(document.GetRootNode()));
     int shadowLights = 0;
+    const std::unordered_set<const INode *> selection(document.GetSelection().begin(),
+                                                      document.GetSelection().end());
+    auto isSelected = [&selection](const INode *node) {
+        for (; node && !selection.empty(); node = node->GetParent()) {
+            if (selection.count(node))
+                return true;
+        }
+        return false;
+    };
     for (INode *node : nodes) {
         if (!node->IsVisible())
             continue;
@@ -102,6 +112,8 @@ DrawList collectDrawList(const host::Document &document)
             item.mesh = meshNode->mesh();
             GetNodeGlobalMatrix(item.world, node);
             item.albedo = shapeColour(node->GetName());
+            item.node = meshNode;
+            item.selected = isSelected(node);
             extendByMesh(list.bounds, *item.mesh, item.world);
             list.items.push_back(std::move(item));
         } else if (const auto *light = qobject_cast<ILightNode *>(node)) {

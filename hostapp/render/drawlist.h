@@ -10,7 +10,8 @@
 
 namespace vantrel::host {
 class Document;
-}
+class MeshNode;
+} // namespace vantrel::host
 
 namespace vantrel::render {
 
@@ -34,6 +35,8 @@ struct DrawItem
     host::MeshPtr mesh; // shared with the node, kept alive until the picture is done
     Matrix world;       // the node's world matrix (row vectors)
     LinearColour albedo;
+    host::MeshNode *node = nullptr; // the shape drawn, for picking in a view
+    bool selected = false;          // the shape or a group above it is in the document's selection
 };
 
 struct DrawLight

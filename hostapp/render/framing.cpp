@@ -4,6 +4,7 @@
 
 #include "geometry/geometry.h"
 #include "host/hostfunctions.h"
+#include "host/icamera.h"
 #include "hostapp/render/drawlist.h"
 
 #include <algorithm>
@@ -68,6 +69,20 @@ DepthRange depthRange(const TBBox<float> &box, const Matrix &view)
         return DepthRange{0.1f, 1000.f}; // everything is behind the camera
     const float farPlane = farthest * 1.05f + 0.01f;
     return DepthRange{std::max(nearest * 0.95f, farPlane * 1e-4f), farPlane};
+}
+
+CameraView cameraView(const ICamera &camera, const TBBox<float> &box, float pictureAspect)
+{
+    CameraView result;
+    CalculateViewMatrix(result.view, camera.GetGlobalMatrix());
+    const DepthRange depth = depthRange(box, result.view);
+    CalculateProjectionMatrix(result.projection,
+                              camera.GetFieldOfView(),
+                              camera.GetAspectRatio(),
+                              pictureAspect,
+                              depth.nearPlane,
+                              depth.farPlane);
+    return result;
 }
 
 ShadowFrame shadowFrame(const DrawLight &light, const TBBox<float> &casters)

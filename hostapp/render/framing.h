@@ -7,6 +7,8 @@
 
 #include <QSize>
 
+class ICamera;
+
 namespace vantrel::render {
 
 struct DrawLight;
@@ -31,6 +33,19 @@ struct DepthRange
     float farPlane;
 };
 VANTREL_RENDER_EXPORT DepthRange depthRange(const TBBox<float> &box, const Matrix &view);
+
+// How the camera sees a scene whose shapes fill the box, drawn on a surface of pictureAspect
+// (width over height): the host's CalculateViewMatrix and CalculateProjectionMatrix with the
+// camera's field of view and frame, and the depth range of the box. Drawing and picking in a view
+// both take their matrices from here, so a click finds what the pixel shows.
+struct CameraView
+{
+    Matrix view;
+    Matrix projection;
+};
+VANTREL_RENDER_EXPORT CameraView cameraView(const ICamera &camera,
+                                            const TBBox<float> &box,
+                                            float pictureAspect);
 
 // How a light sees the shadow casters: a view and projection in the camera's conventions (see
 // CalculateViewMatrix and CalculateProjectionMatrix), and the view depth that maps to 1 in the

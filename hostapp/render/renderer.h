@@ -9,8 +9,6 @@
 #include <QImage>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
-#include <QOpenGLShaderProgram>
-#include <QOpenGLVertexArrayObject>
 
 #include <memory>
 
@@ -20,7 +18,7 @@ class Document;
 
 namespace vantrel::render {
 
-struct DrawList;
+class SceneDrawer;
 
 struct RenderOptions
 {
@@ -55,18 +53,14 @@ public:
     render(const host::Document &document, const RenderOptions &options, QString *errorMessage);
 
 private:
-    bool drawPicture(const DrawList &list,
-                     const host::Document &document,
+    bool drawPicture(const host::Document &document,
                      const RenderOptions &options,
                      QImage *picture,
                      QString *errorMessage);
 
     QOpenGLContext m_context;
     QOffscreenSurface m_surface;
-    std::unique_ptr<QOpenGLShaderProgram> m_meshProgram;
-    std::unique_ptr<QOpenGLShaderProgram> m_floorProgram;
-    std::unique_ptr<QOpenGLShaderProgram> m_shadowProgram;
-    std::unique_ptr<QOpenGLVertexArrayObject> m_emptyVertexArray; // for the floor's triangle
+    std::unique_ptr<SceneDrawer> m_drawer;
 };
 
 } // namespace vantrel::render

@@ -193,3 +193,23 @@ TEST(Scale, AGroupOfTwentySevenThousandChildrenIsBuiltEmptiedAndRestored)
     document.CancelUndoGroup();
     EXPECT_EQ(dump(document), full);
 }
+
+TEST(CameraChange, EveryCameraMoveTellsViewsAndRecordsNothing)
+{
+    Document document;
+    int cameraChanges = 0, sceneChanges = 0;
+    QObject::connect(&document, &Document::cameraChanged, [&] { ++cameraChanges; });
+    QObject::connect(&document, &Document::changed, [&] { ++sceneChanges; });
+    const int stepsBefore = document.history().undoCount();
+    ICamera *camera = document.GetCamera(); // through the interface, as Fit To View moves it
+    camera->SetTarget(Vector3(1.f, 2.f, 3.f));
+    camera->SetDistance(50.f);
+    camera->SetAspectRatio(2.f);
+    document.camera()->setYaw(10.f);
+    document.camera()->setPitch(95.f); // limited, and still a move
+    document.camera()->setFieldOfView(30.f);
+    document.camera()->reset();
+    EXPECT_EQ(cameraChanges, 7) << "one notification per setter and reset";
+    EXPECT_EQ(sceneChanges, 0) << "the camera is view state, not a scene change";
+    EXPECT_EQ(document.history().undoCount(), stepsBefore);
+}

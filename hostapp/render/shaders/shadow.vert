@@ -1,6 +1,5 @@
 layout(location = 0) in vec3 position;
-
-uniform mat4 world;
+layout(location = 2) in mat4 world; // per instance, as in mesh.vert
 uniform mat4 lightView;
 uniform mat4 lightProjection;
 

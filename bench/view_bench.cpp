@@ -1,0 +1,218 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+// The desktop program's 3D view, 960 x 600 pixels in a window on the X display, orbiting: each
+// frame turns the camera's yaw by half a degree and is drawn and waited for (the view's own
+// repaint through the event loop, then glFinish() in the view's context), as fast as a user's
+// drag could make it draw. Scenes:
+//   empty      no shapes: the floor alone, the reference the others are given as ratios to;
+//   demo       the sample scene after the demo's five tools (`vantrel demo`), read back from
+//              the scene the demo's last step left;
+//   grid       the sample scene's light over a 30 x 30 x 30 grid of boxes (27 000 copies of
+//              one box, sharing its mesh).
+// The first frame after a document is set (meshes going up to the GPU, the shadow maps drawn) is
+// given apart, and so is the time a click takes to find its box in the grid. Needs an X display;
+// ./setup.sh bench runs under xvfb-run when there is none.
+//
+//   bench_view [frames]     (default 60; the grid draws a third of them)
+
+#include "hostapp/core/demo.h"
+#include "hostapp/core/document.h"
+#include "hostapp/core/meshnode.h"
+#include "hostapp/core/samplescene.h"
+#include "hostapp/core/scenefile.h"
+#include "hostapp/desktop/sceneview.h"
+#include "hostapp/render/drawlist.h"
+
+#include <QApplication>
+#include <QBuffer>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
+#include <QTextStream>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <vector>
+
+using namespace vantrel::host;
+
+namespace {
+
+struct Figures
+{
+    long long triangles = 0;
+    double firstMilliseconds = 0;
+    double millisecondsPerFrame = 0;
+    double paintGlMilliseconds = 0; // the CPU's share: SceneView::lastFrameMilliseconds, mean
+};
+
+// One frame drawn and finished: what a user waits for. repaint() draws only a window's first
+// frame at once on Qt 5.15's xcb platform (a view's later repaints wait for the window's update
+// request), so the frame is asked for with update() and the event loop runs until it is drawn.
+double drawFrame(SceneView &view)
+{
+    QElapsedTimer timer;
+    timer.start();
+    QEventLoop loop;
+    QObject::connect(&view, &SceneView::frameDrawn, &loop, &QEventLoop::quit);
+    QTimer::singleShot(60000, &loop, &QEventLoop::quit);
+    view.update();
+    loop.exec();
+    view.makeCurrent();
+    view.context()->functions()->glFinish();
+    view.doneCurrent();
+    return double(timer.nsecsElapsed()) / 1e6;
+}
+
+Figures orbit(SceneView &view, Document &document, int frames)
+{
+    view.setDocument(&document);
+    Figures figures;
+    for (const vantrel::render::DrawItem &item : vantrel::render::collectDrawList(document).items)
+        figures.triangles += item.mesh->triangleCount();
+    figures.firstMilliseconds = drawFrame(view);
+    Camera &camera = *document.camera();
+    double total = 0, paintGl = 0;
+    for (int frame = 0; frame < frames; ++frame) {
+        camera.setYaw(camera.yaw() + 0.5f);
+        total += drawFrame(view);
+        paintGl += view.lastFrameMilliseconds();
+    }
+    figures.millisecondsPerFrame = total / frames;
+    figures.paintGlMilliseconds = paintGl / frames;
+    view.setDocument(nullptr);
+    return figures;
+}
+
+// A click's pick at the middle of the view (the draw list read, the ray cast), median of five.
+double pickMilliseconds(SceneView &view, Document &document, bool *hit)
+{
+    view.setDocument(&document);
+    std::vector<double> times;
+    for (int run = 0; run < 5; ++run) {
+        QElapsedTimer timer;
+        timer.start();
+        *hit = view.nodeAt(view.rect().center()) != nullptr;
+        times.push_back(double(timer.nsecsElapsed()) / 1e6);
+    }
+    view.setDocument(nullptr);
+    std::sort(times.begin(), times.end());
+    return times[2];
+}
+
+void print(const char *name, const Figures &figures, const Figures &reference)
+{
+    std::printf(
+        "  %-32s %9lld triangles %6.1f fps  %8.1f ms/frame  %5.2f x empty  (paintGL %6.1f ms)"
+        "  first frame %8.1f ms\n",
+        name,
+        figures.triangles,
+        1000.0 / figures.millisecondsPerFrame,
+        figures.millisecondsPerFrame,
+        figures.millisecondsPerFrame / reference.millisecondsPerFrame,
+        figures.paintGlMilliseconds,
+        figures.firstMilliseconds);
+}
+
+std::unique_ptr<Document> demoScene(QString *error)
+{
+    QByteArray last;
+    QString output;
+    QTextStream out(&output), err(error);
+    const int status = runDemo(QStringLiteral(VANTREL_TOOLS_PLUGIN),
+                               QString(),
+                               out,
+                               err,
+                               [&last](const QString &, Document &document) {
+                                   last = SceneFile::toJson(document);
+                                   return true;
+                               });
+    if (status != 0)
+        return nullptr;
+    return SceneFile::fromJson(last, QStringLiteral("demo"), error);
+}
+
+std::unique_ptr<Document> gridScene()
+{
+    auto document = std::make_unique<Document>();
+    buildSampleScene(*document);
+    BaseNode *source
+        = document->root()->createChildShape("generator.Boxes.Box", QStringLiteral("Grid Box"));
+    source->SetVisible(false);
+    constexpr int Side = 30;
+    constexpr float Step = 12.f, Layer = 20.f;
+    for (int i = 0; i < Side * Side * Side; ++i) {
+        auto *copy = static_cast<SceneNode *>(document->CloneNode(source, 1));
+        copy->applyPosition(Vector3(float(i % Side) * Step,
+                                    float(i / Side % Side) * Step,
+                                    float(i / (Side * Side)) * Layer));
+        copy->SetVisible(true);
+    }
+    // From the front right and above, far enough to see the whole grid.
+    Camera &camera = *document->camera();
+    camera.SetTarget(Vector3(Side * Step / 2, Side * Step / 2, Side * Layer / 2));
+    camera.SetDistance(1500.f);
+    document->history().clear();
+    return document;
+}
+
+int fail(const QString &what)
+{
+    std::fprintf(stderr, "bench_view: %s\n", qPrintable(what));
+    return 1;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (qEnvironmentVariableIsEmpty("DISPLAY"))
+        return fail(QStringLiteral("needs an X display (run it under xvfb-run -a)"));
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    QApplication application(argc, argv);
+    const int frames = argc > 1 ? std::max(3, std::atoi(argv[1])) : 60;
+
+    SceneView view;
+    view.resize(960, 600);
+    view.show();
+    QEventLoop exposed;
+    QObject::connect(&view, &SceneView::frameDrawn, &exposed, &QEventLoop::quit);
+    QTimer::singleShot(10000, &exposed, &QEventLoop::quit);
+    exposed.exec();
+    if (!view.errorMessage().isEmpty())
+        return fail(view.errorMessage());
+    if (view.size() != QSize(960, 600))
+        return fail(QStringLiteral("the window manager gave the view %1 x %2 pixels")
+                        .arg(view.width())
+                        .arg(view.height()));
+
+    QString error;
+    std::unique_ptr<Document> demo = demoScene(&error);
+    if (!demo)
+        return fail(QStringLiteral("the demo's scene: %1").arg(error.trimmed()));
+    std::unique_ptr<Document> grid = gridScene();
+    Document empty;
+
+    const Figures reference = orbit(view, empty, frames);
+    const Figures demoFigures = orbit(view, *demo, frames);
+    const Figures gridFigures = orbit(view, *grid, std::max(3, frames / 3));
+    std::printf("SceneView 960 x 600, orbiting 0.5 degrees a frame; drawn and finished "
+                "frame by frame; %d frames (grid %d)\n",
+                frames,
+                std::max(3, frames / 3));
+    std::printf("  OpenGL: %s\n", reinterpret_cast<const char *>([&view] {
+                    view.makeCurrent();
+                    return view.context()->functions()->glGetString(GL_RENDERER);
+                }()));
+    print("empty scene (reference)", reference, reference);
+    print("demo scene after its five tools", demoFigures, reference);
+    print("grid of 30 x 30 x 30 boxes", gridFigures, reference);
+    bool hit = false;
+    const double pick = pickMilliseconds(view, *grid, &hit);
+    std::printf("  a click's pick in the grid: %.1f ms (%s)\n", pick, hit ? "a box" : "nothing");
+    return 0;
+}

@@ -1,0 +1,133 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/desktop/scenepick.h"
+
+#include "geometry/geometry.h"
+#include "hostapp/render/drawlist.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace vantrel::host {
+
+namespace {
+
+Vector3 minus(const Vector3 &a, const Vector3 &b)
+{
+    return Vector3(a.x - b.x, a.y - b.y, a.z - b.z);
+}
+
+Vector3 cross(const Vector3 &a, const Vector3 &b)
+{
+    return Vector3(a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x);
+}
+
+float dot(const Vector3 &a, const Vector3 &b)
+{
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+// The ray parameter where it enters the box, or infinity when it misses it (slab test).
+float enterBox(const TBBox<float> &box, const Vector3 &origin, const Vector3 &direction)
+{
+    const float o[3] = {origin.x, origin.y, origin.z};
+    const float d[3] = {direction.x, direction.y, direction.z};
+    float enter = 0.f, leave = std::numeric_limits<float>::infinity();
+    for (int axis = 0; axis < 3; ++axis) {
+        if (d[axis] == 0.f) {
+            if (o[axis] < box.min[axis] || o[axis] > box.max[axis])
+                return std::numeric_limits<float>::infinity();
+            continue;
+        }
+        float near = (box.min[axis] - o[axis]) / d[axis];
+        float far = (box.max[axis] - o[axis]) / d[axis];
+        if (near > far)
+            std::swap(near, far);
+        enter = std::max(enter, near);
+        leave = std::min(leave, far);
+        if (enter > leave)
+            return std::numeric_limits<float>::infinity();
+    }
+    return enter;
+}
+
+// Möller and Trumbore: the ray parameter of the hit, or infinity.
+float hitTriangle(const Vector3 &origin,
+                  const Vector3 &direction,
+                  const Vector3 &a,
+                  const Vector3 &b,
+                  const Vector3 &c)
+{
+    const float none = std::numeric_limits<float>::infinity();
+    const Vector3 ab = minus(b, a), ac = minus(c, a);
+    const Vector3 p = cross(direction, ac);
+    const float determinant = dot(ab, p);
+    if (std::abs(determinant) < 1e-12f)
+        return none; // the ray runs along the triangle's plane
+    const Vector3 toOrigin = minus(origin, a);
+    const float u = dot(toOrigin, p) / determinant;
+    if (u < 0.f || u > 1.f)
+        return none;
+    const Vector3 q = cross(toOrigin, ab);
+    const float v = dot(direction, q) / determinant;
+    if (v < 0.f || u + v > 1.f)
+        return none;
+    const float t = dot(ac, q) / determinant;
+    return t > 0.f ? t : none;
+}
+
+TBBox<float> worldBox(const TBBox<float> &local, const Matrix &world)
+{
+    TBBox<float> box;
+    for (int corner = 0; corner < 8; ++corner) {
+        Vector3 p((corner & 1) ? local.max[0] : local.min[0],
+                  (corner & 2) ? local.max[1] : local.min[1],
+                  (corner & 4) ? local.max[2] : local.min[2]);
+        TransformPoint(p, world);
+        ExtendBox(box, p);
+    }
+    return box;
+}
+
+} // namespace
+
+MeshNode *pickShape(const render::DrawList &list, const Vector3 &origin, const Vector3 &direction)
+{
+    float nearest = std::numeric_limits<float>::infinity();
+    MeshNode *picked = nullptr;
+    std::vector<Vector3> corners;
+    for (const render::DrawItem &item : list.items) {
+        const host::Mesh &mesh = *item.mesh;
+        if (IsBoxEmpty(mesh.localBox())
+            || !(enterBox(worldBox(mesh.localBox(), item.world), origin, direction) < nearest))
+            continue;
+        for (const std::unique_ptr<MeshPart> &part : mesh.meshParts()) {
+            const std::vector<VertexRecord> &vertices = part->GetVertices();
+            corners.resize(vertices.size());
+            for (std::size_t i = 0; i < vertices.size(); ++i) {
+                corners[i] = Vector3(
+                    vertices[i].position[0], vertices[i].position[1], vertices[i].position[2]);
+                TransformPoint(corners[i], item.world);
+            }
+            const std::vector<quint32> &triangles = part->indices();
+            for (std::size_t t = 0; t + 2 < triangles.size(); t += 3) {
+                if (triangles[t] >= corners.size() || triangles[t + 1] >= corners.size()
+                    || triangles[t + 2] >= corners.size())
+                    continue; // the drawing leaves such a triangle out too
+                const float hit = hitTriangle(origin,
+                                              direction,
+                                              corners[triangles[t]],
+                                              corners[triangles[t + 1]],
+                                              corners[triangles[t + 2]]);
+                if (hit < nearest) {
+                    nearest = hit;
+                    picked = item.node;
+                }
+            }
+        }
+    }
+    return picked;
+}
+
+} // namespace vantrel::host

@@ -1,0 +1,328 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/desktop/sceneview.h"
+
+#include "geometry/geometry.h"
+#include "hostapp/core/document.h"
+#include "hostapp/core/meshnode.h"
+#include "hostapp/desktop/scenepick.h"
+#include "hostapp/render/drawlist.h"
+#include "hostapp/render/framing.h"
+#include "hostapp/render/scenedrawer.h"
+
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <cmath>
+
+namespace vantrel::host {
+
+namespace {
+
+const QColor Background(0xdc, 0xe0, 0xe6); // the pictures' background
+
+// A widget position as normalised device coordinates, at the pixel's centre (y up).
+QPointF toDevice(const QPointF &position, const QSize &size)
+{
+    return QPointF(2.0 * (position.x() + 0.5) / size.width() - 1.0,
+                   1.0 - 2.0 * (position.y() + 0.5) / size.height());
+}
+
+// The world point that shows at device coordinates (x, y) and device depth z: the inverse of
+// world * view * projection followed by the division by w.
+Vector3 unproject(const Matrix &inverseViewProjection, const QPointF &device, float z)
+{
+    Vector4 p(float(device.x()), float(device.y()), z, 1.f);
+    TransformVector4(p, inverseViewProjection);
+    return Vector3(p.x / p.w, p.y / p.w, p.z / p.w);
+}
+
+Matrix inverseViewProjection(const render::CameraView &view)
+{
+    Matrix viewProjection, inverse;
+    MultiplyMatrices(viewProjection, view.view, view.projection);
+    MakeIdentity(inverse);
+    InvertMatrix(inverse, viewProjection);
+    return inverse;
+}
+
+} // namespace
+
+SceneView::SceneView(QWidget *parent)
+    : QOpenGLWidget(parent)
+{
+    QSurfaceFormat format = QSurfaceFormat::defaultFormat();
+    format.setRenderableType(QSurfaceFormat::OpenGL);
+    format.setVersion(3, 3);
+    format.setProfile(QSurfaceFormat::CoreProfile);
+    format.setDepthBufferSize(24);
+    // No multisampling, unlike the pictures: the view is for moving round the scene, and on a
+    // software rasteriser 4x multisampling makes a large scene's frames two to three times as
+    // slow (bench_view). The finished shot is judged on `vantrel render`'s smooth edges.
+    format.setSamples(0);
+    setFormat(format);
+    // The main window's shortcuts (Undo, Delete, the tools) must keep working while the view
+    // has the focus, and a click into the view should give it the focus.
+    setFocusPolicy(Qt::StrongFocus);
+    setMinimumSize(64, 48);
+}
+
+SceneView::~SceneView()
+{
+    // The context goes in QOpenGLWidget's destructor, when this object is no SceneView any more:
+    // its last signal must not reach this class's slot.
+    if (context())
+        disconnect(context(), nullptr, this, nullptr);
+    releaseResources();
+}
+
+void SceneView::setDocument(Document *document)
+{
+    if (m_document == document)
+        return;
+    if (m_document)
+        disconnect(m_document, nullptr, this, nullptr);
+    m_document = document;
+    m_drag = Drag::None;
+    m_dragging = false;
+    m_button = Qt::NoButton;
+    if (m_document) {
+        // update() rather than repaint(): a burst of changes (a tool's preview, a drag) gives one
+        // frame when the event loop next runs.
+        connect(m_document, &Document::changed, this, qOverload<>(&SceneView::update));
+        connect(m_document, &Document::cameraChanged, this, qOverload<>(&SceneView::update));
+        connect(m_document, &QObject::destroyed, this, qOverload<>(&SceneView::update));
+    }
+    update();
+}
+
+void SceneView::initializeGL()
+{
+    // A widget moved to another window gets a new context: the old one's objects go first.
+    connect(context(),
+            &QOpenGLContext::aboutToBeDestroyed,
+            this,
+            &SceneView::releaseResources,
+            Qt::UniqueConnection);
+    m_errorMessage.clear();
+    m_drawer = std::make_unique<render::SceneDrawer>();
+    if (!m_drawer->initialize(&m_errorMessage)) {
+        m_drawer.reset();
+        // Not now: this may run inside a paint event, which must not create widgets.
+        QMetaObject::invokeMethod(this, &SceneView::showMessage, Qt::QueuedConnection);
+    }
+}
+
+void SceneView::releaseResources()
+{
+    if (!m_drawer)
+        return;
+    // The drawer's programs and buffers belong to this widget's context: free them while it is
+    // current.
+    makeCurrent();
+    m_drawer->releaseResources();
+    m_drawer.reset();
+    doneCurrent();
+}
+
+void SceneView::paintGL()
+{
+    QElapsedTimer timer;
+    timer.start();
+    if (!m_drawer) {
+        // Behind the message label: the background, while OpenGL still clears at all.
+        QOpenGLFunctions *gl = context()->functions();
+        gl->glClearColor(
+            float(Background.redF()), float(Background.greenF()), float(Background.blueF()), 1.f);
+        gl->glClear(GL_COLOR_BUFFER_BIT);
+    } else {
+        const qreal ratio = devicePixelRatioF();
+        const QSize pixels(std::max(1, int(std::lround(width() * ratio))),
+                           std::max(1, int(std::lround(height() * ratio))));
+        QString error;
+        bool drawn = false;
+        if (m_document) {
+            render::DrawOptions options;
+            options.background = Background;
+            options.highlightSelection = true;
+            // The picture's aspect is the widget's own: the camera's frame is fitted inside it.
+            drawn = m_drawer->draw(render::collectDrawList(*m_document),
+                                   *m_document->camera(),
+                                   pixels,
+                                   options,
+                                   &error);
+        }
+        if (!drawn) {
+            QOpenGLFunctions *gl = context()->functions();
+            gl->glClearColor(float(Background.redF()),
+                             float(Background.greenF()),
+                             float(Background.blueF()),
+                             1.f);
+            gl->glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+            if (!error.isEmpty())
+                m_errorMessage = error;
+        }
+    }
+    m_lastFrameMilliseconds = double(timer.nsecsElapsed()) / 1e6;
+    emit frameDrawn();
+}
+
+void SceneView::showMessage()
+{
+    // A label over the view rather than text painted through OpenGL: a context too old for the
+    // shaders may be too old for Qt's OpenGL painter as well, while the label is painted by the
+    // window like any other widget.
+    if (!m_message) {
+        m_message = new QLabel(this);
+        m_message->setAlignment(Qt::AlignCenter);
+        m_message->setWordWrap(true);
+        m_message->setMargin(16);
+        m_message->setAutoFillBackground(true);
+        m_message->setObjectName(QStringLiteral("sceneViewMessage"));
+    }
+    m_message->setText(tr("The 3D view cannot draw the scene:\n%1").arg(m_errorMessage));
+    m_message->setGeometry(rect());
+    m_message->setVisible(!m_errorMessage.isEmpty());
+}
+
+void SceneView::resizeEvent(QResizeEvent *event)
+{
+    QOpenGLWidget::resizeEvent(event);
+    if (m_message)
+        m_message->setGeometry(rect());
+}
+
+BaseNode *SceneView::nodeAt(const QPoint &widgetPosition) const
+{
+    if (!m_document || width() <= 0 || height() <= 0)
+        return nullptr;
+    const render::DrawList list = render::collectDrawList(*m_document);
+    const Camera &camera = *m_document->camera();
+    const render::CameraView view
+        = render::cameraView(camera, list.bounds, float(width()) / float(height()));
+    const Vector3 eye = camera.position();
+    const Vector3 far
+        = unproject(inverseViewProjection(view), toDevice(QPointF(widgetPosition), size()), 1.f);
+    return pickShape(list, eye, Vector3(far.x - eye.x, far.y - eye.y, far.z - eye.z));
+}
+
+void SceneView::mousePressEvent(QMouseEvent *event)
+{
+    if (!m_document || m_button != Qt::NoButton) {
+        event->ignore();
+        return;
+    }
+    m_button = event->button();
+    m_pressPosition = m_lastPosition = event->pos();
+    m_dragging = false;
+    m_yawAtPress = m_document->camera()->yaw();
+    m_pitchAtPress = m_document->camera()->pitch();
+    if (m_button == Qt::MiddleButton
+        || (m_button == Qt::LeftButton && event->modifiers().testFlag(Qt::ShiftModifier)))
+        m_drag = Drag::Pan;
+    else if (m_button == Qt::LeftButton)
+        m_drag = Drag::Orbit;
+    else
+        m_drag = Drag::None;
+    m_clickToggles = event->modifiers().testFlag(Qt::ControlModifier);
+    event->accept();
+}
+
+void SceneView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!m_document || m_drag == Drag::None)
+        return;
+    if (!m_dragging && (event->pos() - m_pressPosition).manhattanLength() < ClickTolerance)
+        return;
+    m_dragging = true;
+    Camera &camera = *m_document->camera();
+    if (m_drag == Drag::Orbit) {
+        // From the press, not the last move: the camera's pitch limit cannot make the drag drift.
+        const QPoint moved = event->pos() - m_pressPosition;
+        // Dragging right turns the scene towards the right (the camera round the other way);
+        // dragging down tips its top towards the viewer (the camera rises).
+        camera.setYaw(m_yawAtPress - float(moved.x()) * OrbitDegreesPerPixel);
+        camera.setPitch(m_pitchAtPress + float(moved.y()) * OrbitDegreesPerPixel);
+    } else {
+        pan(m_lastPosition, event->pos());
+    }
+    m_lastPosition = event->pos();
+}
+
+void SceneView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() != m_button)
+        return;
+    const bool click = !m_dragging && m_button == Qt::LeftButton
+                       && (event->pos() - m_pressPosition).manhattanLength() < ClickTolerance;
+    m_button = Qt::NoButton;
+    m_drag = Drag::None;
+    m_dragging = false;
+    if (click && m_document)
+        clickAt(m_pressPosition, m_clickToggles);
+}
+
+void SceneView::wheelEvent(QWheelEvent *event)
+{
+    if (!m_document || event->angleDelta().y() == 0) {
+        event->ignore();
+        return;
+    }
+    const float steps = float(event->angleDelta().y()) / 120.f; // 120: one step of a common wheel
+    Camera &camera = *m_document->camera();
+    camera.SetDistance(camera.GetDistance() * std::pow(ZoomFactorPerStep, -steps));
+    event->accept();
+}
+
+void SceneView::pan(const QPoint &from, const QPoint &to)
+{
+    Camera &camera = *m_document->camera();
+    const Vector3 target = camera.GetTarget();
+    // The depth range only changes how depth is stored, not where a point shows: a box round
+    // the target keeps the arithmetic well conditioned at any distance.
+    TBBox<float> aroundTarget;
+    ExtendBox(aroundTarget, target);
+    const render::CameraView view
+        = render::cameraView(camera, aroundTarget, float(width()) / float(height()));
+    Matrix viewProjection;
+    MultiplyMatrices(viewProjection, view.view, view.projection);
+    Vector4 clip(target.x, target.y, target.z, 1.f);
+    TransformVector4(clip, viewProjection);
+    const float depth = clip.z / clip.w;
+    const Matrix inverse = inverseViewProjection(view);
+    // The scene point under the cursor at the target's depth stays under the cursor: the target
+    // moves against the cursor's motion by the world distance it covers at that depth.
+    const Vector3 a = unproject(inverse, toDevice(QPointF(from), size()), depth);
+    const Vector3 b = unproject(inverse, toDevice(QPointF(to), size()), depth);
+    camera.SetTarget(Vector3(target.x + a.x - b.x, target.y + a.y - b.y, target.z + a.z - b.z));
+}
+
+void SceneView::clickAt(const QPoint &position, bool toggle)
+{
+    BaseNode *node = nodeAt(position);
+    const std::vector<INode *> &selection = m_document->GetSelection();
+    const bool selected
+        = node && std::find(selection.begin(), selection.end(), node) != selection.end();
+    int mode = Document::ReplaceSelection;
+    std::vector<INode *> nodes;
+    if (toggle) {
+        if (!node)
+            return; // Ctrl + click on empty space keeps the selection
+        mode = selected ? Document::RemoveFromSelection : Document::AddToSelection;
+        nodes.push_back(node);
+    } else {
+        if (node)
+            nodes.push_back(node);
+        if (node ? (selected && selection.size() == 1) : selection.empty())
+            return; // nothing would change, and the step's name must not linger for the next
+    }
+    m_document->history().setNextStepName(tr("Select"));
+    m_document->SetSelection(nodes, mode);
+}
+
+} // namespace vantrel::host

@@ -1,0 +1,106 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "hostapp/core/document.h"
+#include "hostapp/desktop/desktopexport.h"
+
+#include <QOpenGLWidget>
+#include <QPoint>
+#include <QPointer>
+
+#include <memory>
+
+class QLabel;
+
+namespace vantrel::render {
+class SceneDrawer;
+}
+
+namespace vantrel::host {
+
+class BaseNode;
+
+// The desktop program's live 3D view: the document as its camera sees it, drawn like the
+// pictures of `vantrel render` (shapes, floor, soft shadows) with the selected shapes marked, and
+// redrawn whenever the scene or the camera changes. The mouse moves the document's camera (never
+// an undo step) and selects shapes (a "Select" step, as any selection change is).
+//
+// The camera's aspect ratio is document state: it is saved with the scene and Fit To View frames
+// for it. The view never changes it to match its own shape; it fits the camera's frame inside
+// the widget, and more of the scene shows at the sides or above and below.
+//
+// It needs OpenGL 3.3; without it the widget shows a message naming the problem (a label over
+// the view), and the rest of the window goes on working. Use it on the GUI thread.
+class VANTREL_DESKTOP_EXPORT SceneView : public QOpenGLWidget
+{
+    Q_OBJECT
+
+public:
+    // Left drag turns the camera round its target by this much per pixel (yaw across, pitch up
+    // and down).
+    static constexpr float OrbitDegreesPerPixel = 0.4f;
+    // One wheel step (120 eighths of a degree) forward divides the camera's distance by this;
+    // one step back multiplies it.
+    static constexpr float ZoomFactorPerStep = 1.15f;
+    // A press and release closer than this (Manhattan length, pixels) is a click, not a drag.
+    static constexpr int ClickTolerance = 4;
+
+    explicit SceneView(QWidget *parent = nullptr);
+    ~SceneView() override;
+
+    // The document shown, or none (null). The view keeps no hold on it: a document that is
+    // deleted simply leaves the view empty.
+    void setDocument(Document *document);
+    Document *document() const { return m_document; }
+
+    // The frontmost visible shape under a point of the widget, or null: a ray through that pixel
+    // with the very view and projection the view draws with, tested against the shapes' world
+    // bounding boxes first and then their triangles.
+    BaseNode *nodeAt(const QPoint &widgetPosition) const;
+
+    // The time the last paintGL took on the CPU, milliseconds (the GPU may still be drawing).
+    double lastFrameMilliseconds() const { return m_lastFrameMilliseconds; }
+    // Why the view cannot draw, or empty when it can.
+    QString errorMessage() const { return m_errorMessage; }
+
+signals:
+    // After every paintGL, for frame-rate figures.
+    void frameDrawn();
+
+protected:
+    void initializeGL() override;
+    void paintGL() override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    enum class Drag { None, Orbit, Pan };
+
+    void releaseResources();
+    void showMessage();
+    void clickAt(const QPoint &position, bool toggle);
+    void pan(const QPoint &from, const QPoint &to);
+
+    QPointer<Document> m_document;
+    std::unique_ptr<render::SceneDrawer> m_drawer;
+    QString m_errorMessage;
+    QLabel *m_message = nullptr; // why the view cannot draw; a child, shown only then
+    double m_lastFrameMilliseconds = 0.0;
+
+    // The gesture of the button pressed: where it began, where it was last, and what it does
+    // once it moved further than ClickTolerance.
+    Qt::MouseButton m_button = Qt::NoButton;
+    Drag m_drag = Drag::None;
+    bool m_dragging = false;
+    bool m_clickToggles = false; // Ctrl held at the press: the click adds or removes the shape
+    QPoint m_pressPosition;
+    QPoint m_lastPosition;
+    float m_yawAtPress = 0.f;
+    float m_pitchAtPress = 0.f;
+};
+
+} // namespace vantrel::host
