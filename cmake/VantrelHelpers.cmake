@@ -30,6 +30,12 @@ function(vantrel_add_test)
     if(NOT ARG_PLATFORM)
         set(ARG_PLATFORM offscreen)
     endif()
+    # Tests that show real windows take turns on the display: a window of another test on top
+    # would take their clicks, drops and keyboard focus.
+    set(lock "")
+    if(NOT ARG_PLATFORM STREQUAL "offscreen")
+        set(lock RESOURCE_LOCK x-display)
+    endif()
     add_executable(${ARG_NAME} ${ARG_SOURCES})
     target_link_libraries(${ARG_NAME} PRIVATE vantrel-testmain ${ARG_DEPENDS})
     gtest_discover_tests(${ARG_NAME}
@@ -37,6 +43,7 @@ function(vantrel_add_test)
         PROPERTIES
             LABELS "${ARG_LABELS}"
             TIMEOUT 60
+            ${lock}
             ENVIRONMENT "QT_QPA_PLATFORM=${ARG_PLATFORM};VANTREL_TEST_DATA=${CMAKE_SOURCE_DIR}/tests/data;VANTREL_PLUGIN_DIR=${VANTREL_PLUGIN_OUTPUT_DIRECTORY};LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/.lsan.supp")
 endfunction()
 

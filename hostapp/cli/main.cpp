@@ -212,8 +212,7 @@ int runCommand()
                 {options, parser.value(outOption), width}, out, err);
         return vantrel::host::runScripts(options, out, err);
     }
-    return usageError(
-        QStringLiteral("unknown command: %1").arg(positional.join(QLatin1Char(' '))));
+    return usageError(QStringLiteral("unknown command: %1").arg(positional.join(QLatin1Char(' '))));
 }
 
 } // namespace

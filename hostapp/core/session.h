@@ -16,9 +16,9 @@ namespace vantrel::host {
 
 // One open document: the application with its tools, the document, its user interface, its
 // context and its script engine. Without a desktop window the user interface is the headless one
-// the session owns; a desktop window hands its own in and keeps it alive longer than the session. The members are
-// declared so that they go in the right order: an open tool window settles its changes while
-// the document still exists, and the tools go after the plug-in object.
+// the session owns; a desktop window hands its own in and keeps it alive longer than the session.
+// The members are declared so that they go in the right order: an open tool window settles its
+// changes while the document still exists, and the tools go after the plug-in object.
 class VANTREL_HOST_EXPORT Session
 {
 public:

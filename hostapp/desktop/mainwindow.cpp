@@ -35,8 +35,7 @@ namespace {
 
 const QString RecentFilesKey = QStringLiteral("recentFiles");
 constexpr int MaximumRecentFiles = 8;
-const QString SceneFilter
-    = QStringLiteral("Vantrel scenes (*.vscene *.json);;All files (*)");
+const QString SceneFilter = QStringLiteral("Vantrel scenes (*.vscene *.json);;All files (*)");
 
 struct SceneCounts
 {
@@ -61,10 +60,10 @@ void count(const BaseNode &node, SceneCounts &counts)
 MainWindow::MainWindow(QString pluginPath, const QString &settingsPath, QWidget *parent)
     : QMainWindow(parent)
     , m_pluginPath(std::move(pluginPath))
-    , m_settings(settingsPath.isEmpty()
-                     ? std::make_unique<QSettings>(QStringLiteral("vantrel"),
-                                                   QStringLiteral("vantrel"))
-                     : std::make_unique<QSettings>(settingsPath, QSettings::IniFormat))
+    , m_settings(
+          settingsPath.isEmpty()
+              ? std::make_unique<QSettings>(QStringLiteral("vantrel"), QStringLiteral("vantrel"))
+              : std::make_unique<QSettings>(settingsPath, QSettings::IniFormat))
 {
     m_tree = new SceneTreeView;
     m_view = new SceneView;
@@ -273,8 +272,8 @@ void MainWindow::updateUndoActions()
 
 void MainWindow::updateTitle()
 {
-    const QString name = m_filePath.isEmpty() ? QStringLiteral("Untitled")
-                                              : QFileInfo(m_filePath).fileName();
+    const QString name
+        = m_filePath.isEmpty() ? QStringLiteral("Untitled") : QFileInfo(m_filePath).fileName();
     setWindowTitle(QStringLiteral("%1[*] — Vantrel").arg(name));
     setWindowModified(m_session && !m_session->document().history().stack()->isClean());
 }
@@ -296,14 +295,14 @@ bool MainWindow::maybeSave()
 {
     if (!isWindowModified())
         return true;
-    const QString name = m_filePath.isEmpty() ? QStringLiteral("Untitled")
-                                              : QFileInfo(m_filePath).fileName();
-    QMessageBox question(QMessageBox::Question,
-                         QStringLiteral("Unsaved Changes"),
-                         QStringLiteral("The scene \"%1\" has changes that are not saved.")
-                             .arg(name),
-                         QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
-                         this);
+    const QString name
+        = m_filePath.isEmpty() ? QStringLiteral("Untitled") : QFileInfo(m_filePath).fileName();
+    QMessageBox question(
+        QMessageBox::Question,
+        QStringLiteral("Unsaved Changes"),
+        QStringLiteral("The scene \"%1\" has changes that are not saved.").arg(name),
+        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
+        this);
     question.setInformativeText(QStringLiteral("Do you want to save them?"));
     question.setDefaultButton(QMessageBox::Save);
     switch (question.exec()) {

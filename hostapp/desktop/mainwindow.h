@@ -39,7 +39,8 @@ class VANTREL_DESKTOP_EXPORT MainWindow final : public QMainWindow
 public:
     // Recent files are kept in the settings file at settingsPath, or in the user's vantrel
     // settings when it is empty.
-    explicit MainWindow(QString pluginPath, const QString &settingsPath = QString(),
+    explicit MainWindow(QString pluginPath,
+                        const QString &settingsPath = QString(),
                         QWidget *parent = nullptr);
     ~MainWindow() override;
 

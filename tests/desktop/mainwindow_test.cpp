@@ -37,6 +37,7 @@
 #include <QTimer>
 #include <QToolBar>
 #include <QUndoStack>
+#include <QWindow>
 
 #include <functional>
 
@@ -201,7 +202,8 @@ protected:
     void pick(QMenu *menu, const QString &text)
     {
         QMenuBar *bar = m_window->menuBar();
-        QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(menu->menuAction()).center());
+        QTest::mouseClick(
+            bar, Qt::LeftButton, {}, bar->actionGeometry(menu->menuAction()).center());
         ASSERT_TRUE(QTest::qWaitFor([menu] { return menu->isVisible(); }, 5000));
         QAction *action = menuAction(menu, text);
         ASSERT_NE(action, nullptr) << text.toStdString();
@@ -249,7 +251,8 @@ TEST_F(MainWindowTest, PutOnTheFloorFromShortcutAndMenuWithUndoAndRedoThroughThe
     const QString scene = sampleScene();
     ASSERT_TRUE(m_window->openFile(scene));
     const std::string before = dump();
-    const std::string expected = scripted(scene, QStringLiteral("document.runTool('Put On The Floor')"));
+    const std::string expected
+        = scripted(scene, QStringLiteral("document.runTool('Put On The Floor')"));
     ASSERT_NE(before, expected);
 
     // F in the view.
@@ -286,9 +289,9 @@ TEST_F(MainWindowTest, ToolsNeedingASelectionAreGreyedOutAndTheirShortcutDoesNot
         titles << action->text() + (action->isEnabled() ? QString() : QStringLiteral(" (grey)"));
     // By order number, with their shortcuts.
     EXPECT_EQ(titles,
-              QStringList({QStringLiteral("Put On The Floor (grey)"),
+              QStringList({QStringLiteral("Fit To View..."),
                            QStringLiteral("Easy Lighting..."),
-                           QStringLiteral("Fit To View..."),
+                           QStringLiteral("Put On The Floor (grey)"),
                            QStringLiteral("Stack... (grey)"),
                            QStringLiteral("Step and Repeat... (grey)")}));
     EXPECT_EQ(menuAction(tools, QStringLiteral("Put On The Floor"))->shortcut(),
@@ -307,11 +310,37 @@ TEST_F(MainWindowTest, ToolsNeedingASelectionAreGreyedOutAndTheirShortcutDoesNot
     ASSERT_EQ(document().GetSelection(), std::vector<INode *>({box}));
     EXPECT_TRUE(menuAction(tools, QStringLiteral("Step and Repeat..."))->isEnabled());
 
+    // A click on the hard cover in the view selects it, in the tree too; Ctrl + click adds the
+    // gift box.
+    BaseNode *hardCover = document().root()->childNode(1)->childNode(1);
+    auto pointAt = [this](const BaseNode *wanted) {
+        for (int y = 4; y < m_window->view()->height(); y += 8) {
+            for (int x = 4; x < m_window->view()->width(); x += 8) {
+                if (m_window->view()->nodeAt(QPoint(x, y)) == wanted)
+                    return QPoint(x, y);
+            }
+        }
+        return QPoint(-1, -1);
+    };
+    const QPoint onBook = pointAt(hardCover), onBox = pointAt(box);
+    ASSERT_NE(onBook, QPoint(-1, -1));
+    ASSERT_NE(onBox, QPoint(-1, -1));
+    QTest::mouseClick(m_window->view(), Qt::LeftButton, {}, onBook);
+    QTest::mouseClick(m_window->view(), Qt::LeftButton, Qt::ControlModifier, onBox);
+    EXPECT_EQ(document().GetSelection(), std::vector<INode *>({hardCover, box}));
+    QStringList treeSelection;
+    for (const QModelIndex &index : m_window->tree()->selectionModel()->selectedRows())
+        treeSelection << index.data().toString();
+    treeSelection.sort();
+    EXPECT_EQ(treeSelection,
+              QStringList({QStringLiteral("Gift Box"), QStringLiteral("Hard Cover")}));
+
     // The tool bar holds the tools' buttons by position.
     QStringList buttons;
     for (QAction *action : m_window->toolBar()->actions())
         buttons << action->text();
-    EXPECT_EQ(buttons, QStringList({QStringLiteral("Easy Lighting..."), QStringLiteral("Fit To View...")}));
+    EXPECT_EQ(buttons,
+              QStringList({QStringLiteral("Easy Lighting..."), QStringLiteral("Fit To View...")}));
 }
 
 TEST_F(MainWindowTest, EasyLightingFromShortcutAndMenuOkAndCancel)
@@ -356,20 +385,26 @@ TEST_F(MainWindowTest, FitToViewFromShortcutAndToolbarButton)
     const std::string before = dump();
     withModal([this] { key(Qt::Key_V); },
               [](QWidget *window) {
-                  typeInto(window, QStringLiteral("padding"), QStringLiteral("0.3"));
+                  typeInto(window, QStringLiteral("padding"), QStringLiteral("30"));
                   press(window, "cancel");
               });
     EXPECT_EQ(dump(), before);
 
     QWidget *button = m_window->toolBar()->widgetForAction(m_window->toolBar()->actions().at(1));
     ASSERT_NE(button, nullptr);
+    float padding = 0.f;
     withModal([button] { QTest::mouseClick(button, Qt::LeftButton); },
-              [this](QWidget *window) {
-                  typeInto(window, QStringLiteral("padding"), QStringLiteral("0.3"));
+              [&, this](QWidget *window) {
+                  // The padding shows in percent.
+                  typeInto(window, QStringLiteral("padding"), QStringLiteral("30"));
+                  padding = valueOf(window, QStringLiteral("padding"));
                   screenshot(window, QStringLiteral("main-fit-to-view"));
                   press(window, "ok");
               });
-    EXPECT_EQ(dump(), scripted(scene, QStringLiteral("tools.fitToView({padding: 0.3})")));
+    EXPECT_FLOAT_EQ(padding, 0.3f);
+    EXPECT_EQ(
+        dump(),
+        scripted(scene, QStringLiteral("tools.fitToView({padding: %1})").arg(number(padding))));
     // The camera is view state: no undo step.
     EXPECT_EQ(document().history().undoCount(), 0);
 }
@@ -418,41 +453,45 @@ TEST_F(MainWindowTest, StackFromTheMenuWithARowDraggedInTheList)
     document().SetSelection({paperback, hardCover}, Document::ReplaceSelection);
     const std::string before = dump();
 
-    withModal([this] { pickTool(QStringLiteral("Stack...")); },
-              [this](QWidget *window) {
-                  auto *list = window->findChild<QListWidget *>(QStringLiteral("nodes"));
-                  ASSERT_NE(list, nullptr);
-                  ASSERT_EQ(list->count(), 2);
-                  EXPECT_EQ(list->item(0)->text(), QStringLiteral("Paperback"));
-                  // Drag the first row below the second. The drag runs its own event loop, so
-                  // the moves that carry it are sent from a timer.
-                  QWidget *rows = list->viewport();
-                  const QPoint from = list->visualItemRect(list->item(0)).center();
-                  const QRect last = list->visualItemRect(list->item(1));
-                  const QPoint to(last.center().x(), last.bottom() - 1);
-                  QTimer::singleShot(100, rows, [rows, from, to] {
-                      for (int step = 1; step <= 8; ++step)
-                          QTest::mouseMove(rows, from + (to - from) * step / 8);
-                      QTest::mouseRelease(rows, Qt::LeftButton, {}, to);
-                  });
-                  QTest::mousePress(rows, Qt::LeftButton, {}, from);
-                  QTest::mouseMove(rows, from + QPoint(0, 5));
-                  QTest::mouseMove(rows, from + QPoint(0, 15));
-                  ASSERT_TRUE(QTest::qWaitFor(
-                      [list] { return list->item(0)->text() == QLatin1String("Hard Cover"); },
-                      5000));
-                  QApplication::processEvents();
-                  typeInto(window, QStringLiteral("generationRepeatList"), QStringLiteral("2"));
-                  typeInto(window, QStringLiteral("twistStep"), QStringLiteral("6"));
-                  screenshot(window, QStringLiteral("main-stack"));
-                  press(window, "ok");
-              });
-    const std::string expected = scripted(
-        scene,
-        QStringLiteral("var shelf = document.findNode('Shelf');"
-                       "document.selection = [shelf.children[0], shelf.children[1]];"
-                       "tools.stack([shelf.children[1], shelf.children[0]],"
-                       " {repeats: 2, twistStep: 6})"));
+    withModal(
+        [this] { pickTool(QStringLiteral("Stack...")); },
+        [this](QWidget *window) {
+            auto *list = window->findChild<QListWidget *>(QStringLiteral("nodes"));
+            ASSERT_NE(list, nullptr);
+            ASSERT_EQ(list->count(), 2);
+            EXPECT_EQ(list->item(0)->text(), QStringLiteral("Paperback"));
+            // Drag the first row below the second, through the window system as a
+            // pointer would. The drag runs its own event loop, so the moves that carry it
+            // and the release are sent from a timer.
+            QWindow *handle = window->windowHandle();
+            QWidget *rows = list->viewport();
+            const QPoint from = rows->mapTo(window, list->visualItemRect(list->item(0)).center());
+            const QRect last = list->visualItemRect(list->item(1));
+            const QPoint to = rows->mapTo(window, QPoint(last.center().x(), last.bottom() - 1));
+            QTimer::singleShot(200, handle, [handle, from, to] {
+                for (int step = 1; step <= 8; ++step) {
+                    QTest::mouseMove(handle, from + (to - from) * step / 8);
+                    QTest::qWait(20);
+                }
+                QTest::mouseRelease(handle, Qt::LeftButton, {}, to);
+            });
+            QTest::mousePress(handle, Qt::LeftButton, {}, from);
+            QTest::mouseMove(handle, from + QPoint(0, 3));
+            QTest::mouseMove(handle, from + QPoint(0, 15));
+            ASSERT_TRUE(QTest::qWaitFor(
+                [list] { return list->item(0)->text() == QLatin1String("Hard Cover"); }, 5000));
+            QApplication::processEvents();
+            typeInto(window, QStringLiteral("generationRepeatList"), QStringLiteral("2"));
+            typeInto(window, QStringLiteral("twistStep"), QStringLiteral("6"));
+            screenshot(window, QStringLiteral("main-stack"));
+            press(window, "ok");
+        });
+    const std::string expected
+        = scripted(scene,
+                   QStringLiteral("var shelf = document.findNode('Shelf');"
+                                  "document.selection = [shelf.children[0], shelf.children[1]];"
+                                  "tools.stack([shelf.children[1], shelf.children[0]],"
+                                  " {repeats: 2, twistStep: 6})"));
     EXPECT_NE(dump(), before);
     EXPECT_EQ(dump(), expected);
     EXPECT_EQ(m_window->undoAction()->text(), QStringLiteral("&Undo Stack..."));
@@ -531,8 +570,9 @@ TEST_F(MainWindowTest, SaveAsNewAndRecentFiles)
     EXPECT_EQ(m_window->windowTitle(), QStringLiteral("copy.vscene[*] — Vantrel"));
     EXPECT_FALSE(m_window->isWindowModified());
     const std::string floored = dump();
-    EXPECT_EQ(m_window->recentFiles(),
-              QStringList({QFileInfo(copy).absoluteFilePath(), QFileInfo(scene).absoluteFilePath()}));
+    EXPECT_EQ(
+        m_window->recentFiles(),
+        QStringList({QFileInfo(copy).absoluteFilePath(), QFileInfo(scene).absoluteFilePath()}));
 
     // New after a change asks; Discard empties the scene.
     key(Qt::Key_F);
@@ -557,7 +597,8 @@ TEST_F(MainWindowTest, SaveAsNewAndRecentFiles)
     ASSERT_TRUE(QTest::qWaitFor([recent] { return recent->isVisible(); }, 5000));
     QAction *second = recent->actions().at(1);
     QTest::mouseClick(recent, Qt::LeftButton, {}, recent->actionGeometry(second).center());
-    ASSERT_TRUE(QTest::qWaitFor([this] { return m_window->filePath().endsWith("sample.vscene"); }, 5000));
+    ASSERT_TRUE(
+        QTest::qWaitFor([this] { return m_window->filePath().endsWith("sample.vscene"); }, 5000));
     EXPECT_EQ(dump(), sample);
     ASSERT_TRUE(m_window->openFile(copy));
     EXPECT_EQ(dump(), floored);
