@@ -6,6 +6,7 @@
 # missing), builds the project and runs what is asked:
 #
 #   ./setup.sh demo               build, then run `vantrel demo`
+#   ./setup.sh open [SCENE]       build, then open the desktop window (needs a display)
 #   ./setup.sh test               build, then run every test through CTest
 #   ./setup.sh test --sanitize    the same in a separate AddressSanitizer + UBSan build
 #   ./setup.sh bench              build, then run the benchmarks
@@ -19,10 +20,15 @@ usage() { sed -n '7,14p' "$0" | sed 's/^# \{0,1\}//'; exit 2; }
 command=$1
 shift
 sanitize=0
+scene=()
 for argument in "$@"; do
     case $argument in
         --sanitize) sanitize=1 ;;
-        *) echo "setup.sh: unknown option: $argument" >&2; usage ;;
+        -*) echo "setup.sh: unknown option: $argument" >&2; usage ;;
+        *)
+            [ "$command" = open ] && [ ${#scene[@]} -eq 0 ] || { echo "setup.sh: unexpected argument: $argument" >&2; usage; }
+            scene=("$argument")
+            ;;
     esac
 done
 
@@ -66,6 +72,10 @@ case $command in
     demo)
         configure_and_build
         "$build/bin/vantrel" demo
+        ;;
+    open)
+        configure_and_build
+        "$build/bin/vantrel" open "${scene[@]}"
         ;;
     test)
         configure_and_build

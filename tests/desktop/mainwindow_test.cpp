@@ -497,6 +497,24 @@ TEST_F(MainWindowTest, StackFromTheMenuWithARowDraggedInTheList)
     EXPECT_EQ(m_window->undoAction()->text(), QStringLiteral("&Undo Stack..."));
 }
 
+TEST_F(MainWindowTest, AToolsMessageIsAMessageBoxAndChangesNothing)
+{
+    ASSERT_TRUE(m_window->openFile(sampleScene()));
+    // The key light, picked in the tree: a light cannot be stacked.
+    const QModelIndex light = m_window->tree()->model()->index(3, 0);
+    ASSERT_EQ(light.data().toString(), QStringLiteral("Key Light"));
+    m_window->tree()->setCurrentIndex(light);
+    QApplication::processEvents();
+    const std::string before = dump();
+    const int steps = document().history().undoCount();
+    const QString message = messageOf([this] { pickTool(QStringLiteral("Stack...")); });
+    EXPECT_EQ(message,
+              QStringLiteral("None of the selected shapes are suitable for stacking. Please "
+                             "select flat stackable object, like a book or box."));
+    EXPECT_EQ(dump(), before);
+    EXPECT_EQ(document().history().undoCount(), steps);
+}
+
 TEST_F(MainWindowTest, BrokenFileIsReportedByNameAndTheDocumentStays)
 {
     ASSERT_TRUE(m_window->openFile(sampleScene()));
