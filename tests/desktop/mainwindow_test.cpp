@@ -272,6 +272,13 @@ TEST_F(MainWindowTest, PutOnTheFloorFromShortcutAndMenuWithUndoAndRedoThroughThe
     EXPECT_EQ(dump(), expected);
     pick(edit, QStringLiteral("&Undo Put On The Floor"));
 
+    // And with the standard shortcuts.
+    QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(dump(), before);
+    QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(dump(), expected);
+    QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
+
     // The same from the Tools menu.
     pickTool(QStringLiteral("Put On The Floor"));
     EXPECT_EQ(dump(), expected);
@@ -583,8 +590,21 @@ TEST_F(MainWindowTest, SaveAsNewAndRecentFiles)
 
     key(Qt::Key_F);
     EXPECT_TRUE(m_window->isWindowModified());
+    // Save As through its file dialog: a name without a suffix gets ".vscene".
     const QString copy = m_folder.filePath(QStringLiteral("copy.vscene"));
-    ASSERT_TRUE(m_window->saveFile(copy));
+    QMenu *file
+        = qobject_cast<QMenu *>(m_window->recentMenu()->menuAction()->associatedWidgets().first());
+    ASSERT_NE(file, nullptr);
+    withModal([&] { pick(file, QStringLiteral("Save &As...")); },
+              [&](QWidget *modal) {
+                  auto *name = modal->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+                  ASSERT_NE(name, nullptr);
+                  name->setFocus();
+                  name->selectAll();
+                  QTest::keyClicks(name, m_folder.filePath(QStringLiteral("copy")));
+                  QTest::keyClick(name, Qt::Key_Return);
+              });
+    ASSERT_TRUE(QFile::exists(copy));
     EXPECT_EQ(m_window->windowTitle(), QStringLiteral("copy.vscene[*] — Vantrel"));
     EXPECT_FALSE(m_window->isWindowModified());
     const std::string floored = dump();
@@ -609,8 +629,6 @@ TEST_F(MainWindowTest, SaveAsNewAndRecentFiles)
 
     // The recent files menu opens the sample again; a file gone since is reported and dropped.
     QMenu *recent = m_window->recentMenu();
-    QMenu *file = qobject_cast<QMenu *>(recent->menuAction()->associatedWidgets().first());
-    ASSERT_NE(file, nullptr);
     pick(file, QStringLiteral("Open &Recent"));
     ASSERT_TRUE(QTest::qWaitFor([recent] { return recent->isVisible(); }, 5000));
     QAction *second = recent->actions().at(1);
