@@ -60,6 +60,10 @@ void withModal(const std::function<void()> &open, const std::function<void(QWidg
         driven = true;
         timer.stop();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(modal));
+        // Keyboard focus moves, and a number field commits what was typed, only in the active
+        // window; without a window manager a new window is not always made active at once.
+        modal->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(modal));
         drive(modal);
     });
     timer.start();
