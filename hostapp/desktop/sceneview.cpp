@@ -15,6 +15,7 @@
 #include <QMouseEvent>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
+#include <QTimer>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -70,6 +71,10 @@ SceneView::SceneView(QWidget *parent)
     // has the focus, and a click into the view should give it the focus.
     setFocusPolicy(Qt::StrongFocus);
     setMinimumSize(64, 48);
+    m_wheelSettle = new QTimer(this);
+    m_wheelSettle->setSingleShot(true);
+    m_wheelSettle->setInterval(WheelSettleMilliseconds);
+    connect(m_wheelSettle, &QTimer::timeout, this, qOverload<>(&SceneView::update));
 }
 
 SceneView::~SceneView()
@@ -91,6 +96,7 @@ void SceneView::setDocument(Document *document)
     m_drag = Drag::None;
     m_dragging = false;
     m_button = Qt::NoButton;
+    m_wheelSettle->stop();
     if (m_document) {
         // update() rather than repaint(): a burst of changes (a tool's preview, a drag) gives one
         // frame when the event loop next runs.
@@ -150,12 +156,16 @@ void SceneView::paintGL()
             render::DrawOptions options;
             options.background = Background;
             options.highlightSelection = true;
+            if (isMovingCamera())
+                options.shadowSamples = GestureShadowSamples;
             // The picture's aspect is the widget's own: the camera's frame is fitted inside it.
             drawn = m_drawer->draw(render::collectDrawList(*m_document),
                                    *m_document->camera(),
                                    pixels,
                                    options,
                                    &error);
+            if (drawn)
+                m_lastShadowSamples = options.shadowSamples;
         }
         if (!drawn) {
             QOpenGLFunctions *gl = context()->functions();
@@ -170,6 +180,11 @@ void SceneView::paintGL()
     }
     m_lastFrameMilliseconds = double(timer.nsecsElapsed()) / 1e6;
     emit frameDrawn();
+}
+
+bool SceneView::isMovingCamera() const
+{
+    return m_dragging || m_wheelSettle->isActive();
 }
 
 void SceneView::showMessage()
@@ -260,11 +275,15 @@ void SceneView::mouseReleaseEvent(QMouseEvent *event)
         return;
     const bool click = !m_dragging && m_button == Qt::LeftButton
                        && (event->pos() - m_pressPosition).manhattanLength() < ClickTolerance;
+    const bool wasMovingCamera = isMovingCamera();
     m_button = Qt::NoButton;
     m_drag = Drag::None;
     m_dragging = false;
     if (click && m_document)
         clickAt(m_pressPosition, m_clickToggles);
+    // The camera stays where the last move left it, but the frame showing it was a fast one.
+    if (wasMovingCamera && !isMovingCamera())
+        update();
 }
 
 void SceneView::wheelEvent(QWheelEvent *event)
@@ -274,6 +293,7 @@ void SceneView::wheelEvent(QWheelEvent *event)
         return;
     }
     const float steps = float(event->angleDelta().y()) / 120.f; // 120: one step of a common wheel
+    m_wheelSettle->start(); // before the camera moves: the frame it asks for is a fast one
     Camera &camera = *m_document->camera();
     camera.SetDistance(camera.GetDistance() * std::pow(ZoomFactorPerStep, -steps));
     event->accept();

@@ -12,6 +12,7 @@
 #include <memory>
 
 class QLabel;
+class QTimer;
 
 namespace vantrel::render {
 class SceneDrawer;
@@ -45,6 +46,12 @@ public:
     static constexpr float ZoomFactorPerStep = 1.15f;
     // A press and release closer than this (Manhattan length, pixels) is a click, not a drag.
     static constexpr int ClickTolerance = 4;
+    // While the user moves the camera (an orbit or pan drag, or a wheel step less than
+    // WheelSettleMilliseconds ago) the floor's shadows are softened with this many samples
+    // instead of the pictures' full count, so that the view keeps up with the mouse. The edges
+    // keep their width but show grain; the first frame after the gesture is drawn in full.
+    static constexpr int GestureShadowSamples = 16;
+    static constexpr int WheelSettleMilliseconds = 200;
 
     explicit SceneView(QWidget *parent = nullptr);
     ~SceneView() override;
@@ -61,6 +68,11 @@ public:
 
     // The time the last paintGL took on the CPU, milliseconds (the GPU may still be drawing).
     double lastFrameMilliseconds() const { return m_lastFrameMilliseconds; }
+    // The shadow samples per floor pixel the last drawn frame used: GestureShadowSamples while
+    // the camera moves, the pictures' count otherwise (0 before the first frame with a scene).
+    int lastShadowSamples() const { return m_lastShadowSamples; }
+    // Whether the user is moving the camera right now, so that frames are drawn the fast way.
+    bool isMovingCamera() const;
     // Why the view cannot draw, or empty when it can.
     QString errorMessage() const { return m_errorMessage; }
 
@@ -90,6 +102,10 @@ private:
     QString m_errorMessage;
     QLabel *m_message = nullptr; // why the view cannot draw; a child, shown only then
     double m_lastFrameMilliseconds = 0.0;
+    int m_lastShadowSamples = 0;
+    // Runs from each wheel step: a wheel gives no release, so the zoom counts as going on until
+    // it runs out, and then the view draws in full.
+    QTimer *m_wheelSettle = nullptr;
 
     // The gesture of the button pressed: where it began, where it was last, and what it does
     // once it moved further than ClickTolerance.
