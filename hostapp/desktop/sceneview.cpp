@@ -14,6 +14,8 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QOpenGLContext>
+#include <QOpenGLExtraFunctions>
+#include <QOpenGLFramebufferObject>
 #include <QOpenGLFunctions>
 #include <QTimer>
 #include <QWheelEvent>
@@ -133,6 +135,7 @@ void SceneView::releaseResources()
     makeCurrent();
     m_drawer->releaseResources();
     m_drawer.reset();
+    m_reducedTarget.reset();
     doneCurrent();
 }
 
@@ -156,16 +159,39 @@ void SceneView::paintGL()
             render::DrawOptions options;
             options.background = Background;
             options.highlightSelection = true;
-            if (isMovingCamera())
+            QSize drawnSize = pixels;
+            if (isMovingCamera()) {
                 options.shadowSamples = GestureShadowSamples;
+                drawnSize = reducedTarget(pixels);
+            }
             // The picture's aspect is the widget's own: the camera's frame is fitted inside it.
             drawn = m_drawer->draw(render::collectDrawList(*m_document),
                                    *m_document->camera(),
-                                   pixels,
+                                   drawnSize,
                                    options,
                                    &error);
-            if (drawn)
+            if (drawnSize != pixels) {
+                // Scaled up into the widget's own buffer, smoothly: a moving picture hides it.
+                QOpenGLExtraFunctions *gl = context()->extraFunctions();
+                gl->glBindFramebuffer(GL_READ_FRAMEBUFFER, m_reducedTarget->handle());
+                gl->glBindFramebuffer(GL_DRAW_FRAMEBUFFER, defaultFramebufferObject());
+                if (drawn)
+                    gl->glBlitFramebuffer(0,
+                                          0,
+                                          drawnSize.width(),
+                                          drawnSize.height(),
+                                          0,
+                                          0,
+                                          pixels.width(),
+                                          pixels.height(),
+                                          GL_COLOR_BUFFER_BIT,
+                                          GL_LINEAR);
+                gl->glBindFramebuffer(GL_FRAMEBUFFER, defaultFramebufferObject());
+            }
+            if (drawn) {
                 m_lastShadowSamples = options.shadowSamples;
+                m_lastDrawnSize = drawnSize;
+            }
         }
         if (!drawn) {
             QOpenGLFunctions *gl = context()->functions();
@@ -180,6 +206,24 @@ void SceneView::paintGL()
     }
     m_lastFrameMilliseconds = double(timer.nsecsElapsed()) / 1e6;
     emit frameDrawn();
+}
+
+QSize SceneView::reducedTarget(const QSize &pixels)
+{
+    const QSize reduced((pixels.width() + 1) / GestureScaleDown,
+                        (pixels.height() + 1) / GestureScaleDown);
+    if (reduced.width() < 16 || reduced.height() < 16)
+        return pixels; // too small to gain anything
+    if (!m_reducedTarget || m_reducedTarget->size() != reduced) {
+        m_reducedTarget
+            = std::make_unique<QOpenGLFramebufferObject>(reduced, QOpenGLFramebufferObject::Depth);
+        if (!m_reducedTarget->isValid()) {
+            m_reducedTarget.reset();
+            return pixels; // the driver refuses: full size, only slower
+        }
+    }
+    m_reducedTarget->bind();
+    return reduced;
 }
 
 bool SceneView::isMovingCamera() const

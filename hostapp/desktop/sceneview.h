@@ -12,6 +12,7 @@
 #include <memory>
 
 class QLabel;
+class QOpenGLFramebufferObject;
 class QTimer;
 
 namespace vantrel::render {
@@ -51,6 +52,9 @@ public:
     // instead of the pictures' full count, so that the view keeps up with the mouse. The edges
     // keep their width but show grain; the first frame after the gesture is drawn in full.
     static constexpr int GestureShadowSamples = 16;
+    // Then, too, the frame is drawn at the widget's width and height divided by this and scaled
+    // up: a large scene's frame is mostly the rasteriser's work per pixel.
+    static constexpr int GestureScaleDown = 2;
     static constexpr int WheelSettleMilliseconds = 200;
 
     explicit SceneView(QWidget *parent = nullptr);
@@ -71,6 +75,8 @@ public:
     // The shadow samples per floor pixel the last drawn frame used: GestureShadowSamples while
     // the camera moves, the pictures' count otherwise (0 before the first frame with a scene).
     int lastShadowSamples() const { return m_lastShadowSamples; }
+    // The pixels the last drawn frame was drawn at, before any scaling up.
+    QSize lastDrawnSize() const { return m_lastDrawnSize; }
     // Whether the user is moving the camera right now, so that frames are drawn the fast way.
     bool isMovingCamera() const;
     // Why the view cannot draw, or empty when it can.
@@ -96,6 +102,9 @@ private:
     void showMessage();
     void clickAt(const QPoint &position, bool toggle);
     void pan(const QPoint &from, const QPoint &to);
+    // Binds the framebuffer for a frame drawn while the camera moves and returns its size, or
+    // leaves the widget's bound and returns pixels when a smaller one cannot be had.
+    QSize reducedTarget(const QSize &pixels);
 
     QPointer<Document> m_document;
     std::unique_ptr<render::SceneDrawer> m_drawer;
@@ -103,6 +112,9 @@ private:
     QLabel *m_message = nullptr; // why the view cannot draw; a child, shown only then
     double m_lastFrameMilliseconds = 0.0;
     int m_lastShadowSamples = 0;
+    QSize m_lastDrawnSize;
+    // Where frames are drawn while the camera moves; made on the first such frame.
+    std::unique_ptr<QOpenGLFramebufferObject> m_reducedTarget;
     // Runs from each wheel step: a wheel gives no release, so the zoom counts as going on until
     // it runs out, and then the view draws in full.
     QTimer *m_wheelSettle = nullptr;

@@ -272,15 +272,30 @@ TEST_F(SceneViewTest, MovingTheCameraDrawsFastShadowsAndTheFrameAfterInFull)
     QTest::mousePress(m_view.get(), Qt::LeftButton, Qt::NoModifier, at);
     EXPECT_TRUE(drawsAfter([&] { QTest::mouseMove(m_view.get(), at + QPoint(40, 0)); }));
     EXPECT_EQ(m_view->lastShadowSamples(), SceneView::GestureShadowSamples) << "while orbiting";
+    EXPECT_EQ(m_view->lastDrawnSize(), QSize(320, 200)) << "at half the widget's 640 x 400";
     // Back where the drag began, the camera is where it was, but the drag goes on.
     QTest::mouseMove(m_view.get(), at);
     const QImage moving = m_view->grabFramebuffer();
     EXPECT_EQ(m_view->lastShadowSamples(), SceneView::GestureShadowSamples);
-    EXPECT_NE(moving, still) << "the shadows' grain differs";
+    EXPECT_NE(moving, still) << "coarser pixels, the shadows' grain";
+    // Seen from afar it is the same picture: no black frame, nothing shifted or stretched.
+    const auto small = [](const QImage &image) {
+        return image.scaled(32, 20, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    };
+    const QImage a = small(moving), b = small(still);
+    int largest = 0;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x)
+            for (int shift : {0, 8, 16})
+                largest = std::max(largest,
+                                   std::abs(int(a.pixel(x, y) >> shift & 0xff)
+                                            - int(b.pixel(x, y) >> shift & 0xff)));
+    EXPECT_LT(largest, 24) << "the largest channel difference, seen from afar";
     EXPECT_TRUE(drawsAfter([&] {
         QTest::mouseRelease(m_view.get(), Qt::LeftButton, Qt::NoModifier, at);
     })) << "the release brings a frame although the camera did not move";
     EXPECT_EQ(m_view->lastShadowSamples(), Full);
+    EXPECT_EQ(m_view->lastDrawnSize(), m_view->size());
     EXPECT_EQ(m_view->grabFramebuffer(), still) << "in full, exactly as before the drag";
 
     // Panning counts the same way; a press that stays a click does not.
