@@ -1,9 +1,16 @@
 // Copyright (C) 2026 The vantrel-tools authors
 // SPDX-License-Identifier: MIT
-// The desktop program's 3D view, 960 x 600 pixels in a window on the X display, orbiting: each
-// frame turns the camera's yaw by half a degree and is drawn and waited for (the view's own
-// repaint through the event loop, then glFinish() in the view's context), as fast as a user's
-// drag could make it draw. Scenes:
+// The desktop program's 3D view, 960 x 600 pixels in a window on the X display, orbiting, each
+// frame drawn and waited for (the view's own repaint through the event loop, then glFinish() in
+// the view's context), as fast as a user's drag could make it draw. Two ways per scene:
+//   still      the camera's yaw turned by half a degree between frames from outside, as a
+//              script or an undo would: every frame at full quality, what a drag cost before
+//              the view drew its gestures the fast way;
+//   dragging   a real left-button drag sent to the view as mouse events (a press, one move of
+//              2 pixels, 0.8 degrees, per frame, the release at the end), so the view's own
+//              gesture path draws (fewer shadow samples, fewer pixels); "then" is the
+//              full-quality frame the release brings.
+// Scenes:
 //   empty      no shapes: the floor alone, the reference the others are given as ratios to;
 //   demo       the sample scene after the demo's five tools (`vantrel demo`), read back from
 //              the scene the demo's last step left;
@@ -27,6 +34,7 @@
 #include <QBuffer>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QMouseEvent>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 #include <QTextStream>
@@ -48,19 +56,24 @@ struct Figures
     double firstMilliseconds = 0;
     double millisecondsPerFrame = 0;
     double paintGlMilliseconds = 0; // the CPU's share: SceneView::lastFrameMilliseconds, mean
+    int shadowSamples = 0;          // what the frames drew the floor's shadows with
+    QSize drawnSize;                // and the pixels they drew before scaling up
+    double settleMilliseconds = -1; // after a drag: the full-quality frame its release brings
 };
 
 // One frame drawn and finished: what a user waits for. repaint() draws only a window's first
 // frame at once on Qt 5.15's xcb platform (a view's later repaints wait for the window's update
-// request), so the frame is asked for with update() and the event loop runs until it is drawn.
-double drawFrame(SceneView &view)
+// request), so the frame is asked for with an update (the view's own, after a mouse event or a
+// camera change) and the event loop runs until it is drawn.
+template<typename Cause>
+double drawFrame(SceneView &view, Cause cause)
 {
     QElapsedTimer timer;
     timer.start();
     QEventLoop loop;
     QObject::connect(&view, &SceneView::frameDrawn, &loop, &QEventLoop::quit);
     QTimer::singleShot(60000, &loop, &QEventLoop::quit);
-    view.update();
+    cause();
     loop.exec();
     view.makeCurrent();
     view.context()->functions()->glFinish();
@@ -68,19 +81,48 @@ double drawFrame(SceneView &view)
     return double(timer.nsecsElapsed()) / 1e6;
 }
 
-Figures orbit(SceneView &view, Document &document, int frames)
+// A left-button event as the window system hands it to the view: the button that changed (none
+// for a move) and the buttons held after it.
+void send(SceneView &view, QEvent::Type type, const QPoint &at)
+{
+    const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    const Qt::MouseButtons held
+        = type == QEvent::MouseButtonRelease ? Qt::MouseButtons() : Qt::LeftButton;
+    QMouseEvent event(type, QPointF(at), button, held, Qt::NoModifier);
+    QApplication::sendEvent(&view, &event);
+}
+
+enum class Orbit { Still, Dragging };
+
+Figures orbit(SceneView &view, Document &document, int frames, Orbit how)
 {
     view.setDocument(&document);
     Figures figures;
     for (const vantrel::render::DrawItem &item : vantrel::render::collectDrawList(document).items)
         figures.triangles += item.mesh->triangleCount();
-    figures.firstMilliseconds = drawFrame(view);
+    figures.firstMilliseconds = drawFrame(view, [&view] { view.update(); });
     Camera &camera = *document.camera();
+    const QPoint press = view.rect().center();
+    if (how == Orbit::Dragging)
+        send(view, QEvent::MouseButtonPress, press);
     double total = 0, paintGl = 0;
     for (int frame = 0; frame < frames; ++frame) {
-        camera.setYaw(camera.yaw() + 0.5f);
-        total += drawFrame(view);
+        total += drawFrame(view, [&] {
+            if (how == Orbit::Still)
+                camera.setYaw(camera.yaw() + 0.5f);
+            else // the first move leaves the click's tolerance, the view's drag begins
+                send(view,
+                     QEvent::MouseMove,
+                     press + QPoint(SceneView::ClickTolerance + 2 * frame, 0));
+        });
         paintGl += view.lastFrameMilliseconds();
+    }
+    figures.shadowSamples = view.lastShadowSamples();
+    figures.drawnSize = view.lastDrawnSize();
+    if (how == Orbit::Dragging) {
+        const QPoint end = press + QPoint(SceneView::ClickTolerance + 2 * (frames - 1), 0);
+        figures.settleMilliseconds
+            = drawFrame(view, [&view, end] { send(view, QEvent::MouseButtonRelease, end); });
     }
     figures.millisecondsPerFrame = total / frames;
     figures.paintGlMilliseconds = paintGl / frames;
@@ -107,15 +149,21 @@ double pickMilliseconds(SceneView &view, Document &document, bool *hit)
 void print(const char *name, const Figures &figures, const Figures &reference)
 {
     std::printf(
-        "  %-32s %9lld triangles %6.1f fps  %8.1f ms/frame  %5.2f x empty  (paintGL %6.1f ms)"
-        "  first frame %8.1f ms\n",
+        "  %-36s %9lld triangles %2d samples at %3d x %3d %6.1f fps  %8.1f ms/frame  %5.2f x empty"
+        "  (paintGL %6.1f ms)  first frame %8.1f ms",
         name,
         figures.triangles,
+        figures.shadowSamples,
+        figures.drawnSize.width(),
+        figures.drawnSize.height(),
         1000.0 / figures.millisecondsPerFrame,
         figures.millisecondsPerFrame,
         figures.millisecondsPerFrame / reference.millisecondsPerFrame,
         figures.paintGlMilliseconds,
         figures.firstMilliseconds);
+    if (figures.settleMilliseconds >= 0)
+        std::printf("  then %8.1f ms", figures.settleMilliseconds);
+    std::printf("\n");
 }
 
 std::unique_ptr<Document> demoScene(QString *error)
@@ -197,20 +245,25 @@ int main(int argc, char **argv)
     std::unique_ptr<Document> grid = gridScene();
     Document empty;
 
-    const Figures reference = orbit(view, empty, frames);
-    const Figures demoFigures = orbit(view, *demo, frames);
-    const Figures gridFigures = orbit(view, *grid, std::max(3, frames / 3));
-    std::printf("SceneView 960 x 600, orbiting 0.5 degrees a frame; drawn and finished "
-                "frame by frame; %d frames (grid %d)\n",
+    const int gridFrames = std::max(3, frames / 3);
+    const Figures reference = orbit(view, empty, frames, Orbit::Still);
+    const Figures demoStill = orbit(view, *demo, frames, Orbit::Still);
+    const Figures demoDragging = orbit(view, *demo, frames, Orbit::Dragging);
+    const Figures gridStill = orbit(view, *grid, gridFrames, Orbit::Still);
+    const Figures gridDragging = orbit(view, *grid, gridFrames, Orbit::Dragging);
+    std::printf("SceneView 960 x 600, orbiting; drawn and finished frame by frame; %d frames "
+                "(grid %d)\n",
                 frames,
-                std::max(3, frames / 3));
+                gridFrames);
     std::printf("  OpenGL: %s\n", reinterpret_cast<const char *>([&view] {
                     view.makeCurrent();
                     return view.context()->functions()->glGetString(GL_RENDERER);
                 }()));
     print("empty scene (reference)", reference, reference);
-    print("demo scene after its five tools", demoFigures, reference);
-    print("grid of 30 x 30 x 30 boxes", gridFigures, reference);
+    print("demo scene, still", demoStill, reference);
+    print("demo scene, dragging", demoDragging, reference);
+    print("grid of 30 x 30 x 30 boxes, still", gridStill, reference);
+    print("grid of 30 x 30 x 30 boxes, dragging", gridDragging, reference);
     bool hit = false;
     const double pick = pickMilliseconds(view, *grid, &hit);
     std::printf("  a click's pick in the grid: %.1f ms (%s)\n", pick, hit ? "a box" : "nothing");

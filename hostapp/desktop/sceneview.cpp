@@ -14,7 +14,10 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QOpenGLContext>
+#include <QOpenGLExtraFunctions>
+#include <QOpenGLFramebufferObject>
 #include <QOpenGLFunctions>
+#include <QTimer>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -70,6 +73,10 @@ SceneView::SceneView(QWidget *parent)
     // has the focus, and a click into the view should give it the focus.
     setFocusPolicy(Qt::StrongFocus);
     setMinimumSize(64, 48);
+    m_wheelSettle = new QTimer(this);
+    m_wheelSettle->setSingleShot(true);
+    m_wheelSettle->setInterval(WheelSettleMilliseconds);
+    connect(m_wheelSettle, &QTimer::timeout, this, qOverload<>(&SceneView::update));
 }
 
 SceneView::~SceneView()
@@ -91,6 +98,7 @@ void SceneView::setDocument(Document *document)
     m_drag = Drag::None;
     m_dragging = false;
     m_button = Qt::NoButton;
+    m_wheelSettle->stop();
     if (m_document) {
         // update() rather than repaint(): a burst of changes (a tool's preview, a drag) gives one
         // frame when the event loop next runs.
@@ -127,6 +135,7 @@ void SceneView::releaseResources()
     makeCurrent();
     m_drawer->releaseResources();
     m_drawer.reset();
+    m_reducedTarget.reset();
     doneCurrent();
 }
 
@@ -150,12 +159,39 @@ void SceneView::paintGL()
             render::DrawOptions options;
             options.background = Background;
             options.highlightSelection = true;
+            QSize drawnSize = pixels;
+            if (isMovingCamera()) {
+                options.shadowSamples = GestureShadowSamples;
+                drawnSize = reducedTarget(pixels);
+            }
             // The picture's aspect is the widget's own: the camera's frame is fitted inside it.
             drawn = m_drawer->draw(render::collectDrawList(*m_document),
                                    *m_document->camera(),
-                                   pixels,
+                                   drawnSize,
                                    options,
                                    &error);
+            if (drawnSize != pixels) {
+                // Scaled up into the widget's own buffer, smoothly: a moving picture hides it.
+                QOpenGLExtraFunctions *gl = context()->extraFunctions();
+                gl->glBindFramebuffer(GL_READ_FRAMEBUFFER, m_reducedTarget->handle());
+                gl->glBindFramebuffer(GL_DRAW_FRAMEBUFFER, defaultFramebufferObject());
+                if (drawn)
+                    gl->glBlitFramebuffer(0,
+                                          0,
+                                          drawnSize.width(),
+                                          drawnSize.height(),
+                                          0,
+                                          0,
+                                          pixels.width(),
+                                          pixels.height(),
+                                          GL_COLOR_BUFFER_BIT,
+                                          GL_LINEAR);
+                gl->glBindFramebuffer(GL_FRAMEBUFFER, defaultFramebufferObject());
+            }
+            if (drawn) {
+                m_lastShadowSamples = options.shadowSamples;
+                m_lastDrawnSize = drawnSize;
+            }
         }
         if (!drawn) {
             QOpenGLFunctions *gl = context()->functions();
@@ -170,6 +206,29 @@ void SceneView::paintGL()
     }
     m_lastFrameMilliseconds = double(timer.nsecsElapsed()) / 1e6;
     emit frameDrawn();
+}
+
+QSize SceneView::reducedTarget(const QSize &pixels)
+{
+    const QSize reduced((pixels.width() + 1) / GestureScaleDown,
+                        (pixels.height() + 1) / GestureScaleDown);
+    if (reduced.width() < 16 || reduced.height() < 16)
+        return pixels; // too small to gain anything
+    if (!m_reducedTarget || m_reducedTarget->size() != reduced) {
+        m_reducedTarget
+            = std::make_unique<QOpenGLFramebufferObject>(reduced, QOpenGLFramebufferObject::Depth);
+        if (!m_reducedTarget->isValid()) {
+            m_reducedTarget.reset();
+            return pixels; // the driver refuses: full size, only slower
+        }
+    }
+    m_reducedTarget->bind();
+    return reduced;
+}
+
+bool SceneView::isMovingCamera() const
+{
+    return m_dragging || m_wheelSettle->isActive();
 }
 
 void SceneView::showMessage()
@@ -260,11 +319,15 @@ void SceneView::mouseReleaseEvent(QMouseEvent *event)
         return;
     const bool click = !m_dragging && m_button == Qt::LeftButton
                        && (event->pos() - m_pressPosition).manhattanLength() < ClickTolerance;
+    const bool wasMovingCamera = isMovingCamera();
     m_button = Qt::NoButton;
     m_drag = Drag::None;
     m_dragging = false;
     if (click && m_document)
         clickAt(m_pressPosition, m_clickToggles);
+    // The camera stays where the last move left it, but the frame showing it was a fast one.
+    if (wasMovingCamera && !isMovingCamera())
+        update();
 }
 
 void SceneView::wheelEvent(QWheelEvent *event)
@@ -274,6 +337,7 @@ void SceneView::wheelEvent(QWheelEvent *event)
         return;
     }
     const float steps = float(event->angleDelta().y()) / 120.f; // 120: one step of a common wheel
+    m_wheelSettle->start(); // before the camera moves: the frame it asks for is a fast one
     Camera &camera = *m_document->camera();
     camera.SetDistance(camera.GetDistance() * std::pow(ZoomFactorPerStep, -steps));
     event->accept();

@@ -12,6 +12,8 @@
 #include <memory>
 
 class QLabel;
+class QOpenGLFramebufferObject;
+class QTimer;
 
 namespace vantrel::render {
 class SceneDrawer;
@@ -45,6 +47,15 @@ public:
     static constexpr float ZoomFactorPerStep = 1.15f;
     // A press and release closer than this (Manhattan length, pixels) is a click, not a drag.
     static constexpr int ClickTolerance = 4;
+    // While the user moves the camera (an orbit or pan drag, or a wheel step less than
+    // WheelSettleMilliseconds ago) the floor's shadows are softened with this many samples
+    // instead of the pictures' full count, so that the view keeps up with the mouse. The edges
+    // keep their width but show grain; the first frame after the gesture is drawn in full.
+    static constexpr int GestureShadowSamples = 16;
+    // Then, too, the frame is drawn at the widget's width and height divided by this and scaled
+    // up: a large scene's frame is mostly the rasteriser's work per pixel.
+    static constexpr int GestureScaleDown = 2;
+    static constexpr int WheelSettleMilliseconds = 200;
 
     explicit SceneView(QWidget *parent = nullptr);
     ~SceneView() override;
@@ -61,6 +72,13 @@ public:
 
     // The time the last paintGL took on the CPU, milliseconds (the GPU may still be drawing).
     double lastFrameMilliseconds() const { return m_lastFrameMilliseconds; }
+    // The shadow samples per floor pixel the last drawn frame used: GestureShadowSamples while
+    // the camera moves, the pictures' count otherwise (0 before the first frame with a scene).
+    int lastShadowSamples() const { return m_lastShadowSamples; }
+    // The pixels the last drawn frame was drawn at, before any scaling up.
+    QSize lastDrawnSize() const { return m_lastDrawnSize; }
+    // Whether the user is moving the camera right now, so that frames are drawn the fast way.
+    bool isMovingCamera() const;
     // Why the view cannot draw, or empty when it can.
     QString errorMessage() const { return m_errorMessage; }
 
@@ -84,12 +102,22 @@ private:
     void showMessage();
     void clickAt(const QPoint &position, bool toggle);
     void pan(const QPoint &from, const QPoint &to);
+    // Binds the framebuffer for a frame drawn while the camera moves and returns its size, or
+    // leaves the widget's bound and returns pixels when a smaller one cannot be had.
+    QSize reducedTarget(const QSize &pixels);
 
     QPointer<Document> m_document;
     std::unique_ptr<render::SceneDrawer> m_drawer;
     QString m_errorMessage;
     QLabel *m_message = nullptr; // why the view cannot draw; a child, shown only then
     double m_lastFrameMilliseconds = 0.0;
+    int m_lastShadowSamples = 0;
+    QSize m_lastDrawnSize;
+    // Where frames are drawn while the camera moves; made on the first such frame.
+    std::unique_ptr<QOpenGLFramebufferObject> m_reducedTarget;
+    // Runs from each wheel step: a wheel gives no release, so the zoom counts as going on until
+    // it runs out, and then the view draws in full.
+    QTimer *m_wheelSettle = nullptr;
 
     // The gesture of the button pressed: where it began, where it was last, and what it does
     // once it moved further than ClickTolerance.

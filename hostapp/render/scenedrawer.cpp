@@ -18,6 +18,7 @@
 #include <QVector2D>
 #include <QVector4D>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -30,7 +31,6 @@ namespace {
 // Each light's shadow map is a square tile of this many texels in one atlas texture: a 60 cm
 // arrangement gets about a third of a millimetre per texel, well under the smallest blur.
 constexpr int ShadowTileSize = 2048;
-constexpr int ShadowSamples = 64; // as in floor.frag
 
 const QColor FloorColour(0xeb, 0xe8, 0xe1);
 
@@ -266,8 +266,12 @@ bool SceneDrawer::updateShadows(const DrawList &list, bool wanted, QString *erro
     return true;
 }
 
-void SceneDrawer::bindShadowsForFloor(const DrawList &list, QOpenGLShaderProgram &floor) const
+void SceneDrawer::bindShadowsForFloor(const DrawList &list,
+                                      int samples,
+                                      QOpenGLShaderProgram &floor) const
 {
+    samples = std::clamp(samples, 1, DrawOptions::MaxShadowSamples);
+    floor.setUniformValue("shadowSampleCount", samples);
     const ShadowState &shadows = *m_shadows;
     if (!shadows.atlas)
         return;
@@ -293,14 +297,15 @@ void SceneDrawer::bindShadowsForFloor(const DrawList &list, QOpenGLShaderProgram
     floor.setUniformValueArray("shadowTile", places, count);
     floor.setUniformValueArray("shadowDepthScale", scales, count, 1);
     floor.setUniformValueArray("shadowBlur", blurs, count, 1);
-    QVector2D disk[ShadowSamples];
-    for (int k = 0; k < ShadowSamples; ++k) {
-        // Vogel's spiral: even cover of the disk without rows for the eye to pick out.
-        const float r = std::sqrt((float(k) + 0.5f) / float(ShadowSamples));
+    // Vogel's spiral of exactly the samples used: even cover of the whole disk without rows for
+    // the eye to pick out, so that fewer samples keep the blur's radius.
+    QVector2D disk[DrawOptions::MaxShadowSamples];
+    for (int k = 0; k < samples; ++k) {
+        const float r = std::sqrt((float(k) + 0.5f) / float(samples));
         const float angle = float(k) * 2.3999632f;
         disk[k] = QVector2D(r * std::cos(angle), r * std::sin(angle));
     }
-    floor.setUniformValueArray("shadowDisk", disk, ShadowSamples);
+    floor.setUniformValueArray("shadowDisk", disk, samples);
     QOpenGLFunctions &gl = *QOpenGLContext::currentContext()->functions();
     gl.glActiveTexture(GL_TEXTURE0);
     gl.glBindTexture(GL_TEXTURE_2D, shadows.atlas->texture());
@@ -367,7 +372,7 @@ bool SceneDrawer::draw(const DrawList &list,
         floor.setUniformValue("fadeCentre", centre);
         floor.setUniformValue("fadeRange", QVector2D(3.f * radius, 8.f * radius));
         setLights(floor, list, m_shadows->tiles);
-        bindShadowsForFloor(list, floor);
+        bindShadowsForFloor(list, options.shadowSamples, floor);
         m_emptyVertexArray->bind();
         gl.glDrawArrays(GL_TRIANGLES, 0, 3);
         m_emptyVertexArray->release();

@@ -28,6 +28,11 @@ struct DrawOptions
     // Selected shapes tinted and rimmed, so that a user sees what a tool will act on. Pictures
     // leave it off: they show the shot, not the editing state.
     bool highlightSelection = false;
+    // Shadow-map lookups per floor pixel and shadow-casting light, spread evenly over the light's
+    // blur radius: fewer draw the floor faster with grainier shadow edges of the same width.
+    // Limited to 1 to MaxShadowSamples; pictures keep the default.
+    static constexpr int MaxShadowSamples = 64; // as in floor.frag
+    int shadowSamples = MaxShadowSamples;
 };
 
 // Draws a draw list as a camera sees it into the framebuffer bound in the current OpenGL context:
@@ -73,7 +78,7 @@ private:
     struct ShadowState;
 
     bool updateShadows(const DrawList &list, bool wanted, QString *errorMessage);
-    void bindShadowsForFloor(const DrawList &list, QOpenGLShaderProgram &floor) const;
+    void bindShadowsForFloor(const DrawList &list, int samples, QOpenGLShaderProgram &floor) const;
 
     std::unique_ptr<QOpenGLShaderProgram> m_meshProgram;
     std::unique_ptr<QOpenGLShaderProgram> m_floorProgram;

@@ -9,9 +9,12 @@
 
 #include "geometry/geometry.h"
 #include "host/hostfunctions.h"
+#include "host/ilightnode.h"
+#include "host/itransformations.h"
 #include "hostapp/core/document.h"
 #include "hostapp/core/meshnode.h"
 #include "hostapp/desktop/sceneview.h"
+#include "hostapp/render/scenedrawer.h"
 #include "tests/support/testsupport.h"
 
 #include <gtest/gtest.h>
@@ -244,6 +247,86 @@ TEST_F(SceneViewTest, RepaintsByItselfAfterSceneAndCameraChanges)
     m_document->SetSelection({gift}, Document::ReplaceSelection);
     EXPECT_TRUE(repaintsByItself()) << "after a selection change";
     EXPECT_NE(m_view->grabFramebuffer().pixel(face), plain);
+}
+
+TEST_F(SceneViewTest, MovingTheCameraDrawsFastShadowsAndTheFrameAfterInFull)
+{
+    constexpr int Full = vantrel::render::DrawOptions::MaxShadowSamples;
+    // Wide soft shadows on the floor, where fewer samples show as a different grain.
+    auto *light = qobject_cast<ILightNode *>(m_light);
+    ASSERT_NE(light, nullptr);
+    light->SetCastShadows(true);
+    light->SetShadowBlur(6.f);
+    qobject_cast<ITransformations *>(m_light)->SetPosition(Vector3(-40, 30, 80), false);
+    ASSERT_TRUE(repaintsByItself());
+    const QImage still = m_view->grabFramebuffer();
+    EXPECT_EQ(m_view->lastShadowSamples(), Full);
+
+    // A frame drawn by the view on its own after what the mouse did, perhaps while it was sent.
+    auto drawsAfter = [this](auto &&action) {
+        QSignalSpy frames(m_view.get(), &SceneView::frameDrawn);
+        action();
+        return !frames.isEmpty() || frames.wait(5000);
+    };
+    const QPoint at(320, 200);
+    QTest::mousePress(m_view.get(), Qt::LeftButton, Qt::NoModifier, at);
+    EXPECT_TRUE(drawsAfter([&] { QTest::mouseMove(m_view.get(), at + QPoint(40, 0)); }));
+    EXPECT_EQ(m_view->lastShadowSamples(), SceneView::GestureShadowSamples) << "while orbiting";
+    EXPECT_EQ(m_view->lastDrawnSize(), QSize(320, 200)) << "at half the widget's 640 x 400";
+    // Back where the drag began, the camera is where it was, but the drag goes on.
+    QTest::mouseMove(m_view.get(), at);
+    const QImage moving = m_view->grabFramebuffer();
+    EXPECT_EQ(m_view->lastShadowSamples(), SceneView::GestureShadowSamples);
+    EXPECT_NE(moving, still) << "coarser pixels, the shadows' grain";
+    // Seen from afar it is the same picture: no black frame, nothing shifted or stretched.
+    const auto small = [](const QImage &image) {
+        return image.scaled(32, 20, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    };
+    const QImage a = small(moving), b = small(still);
+    int largest = 0;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x)
+            for (int shift : {0, 8, 16})
+                largest = std::max(largest,
+                                   std::abs(int(a.pixel(x, y) >> shift & 0xff)
+                                            - int(b.pixel(x, y) >> shift & 0xff)));
+    EXPECT_LT(largest, 24) << "the largest channel difference, seen from afar";
+    EXPECT_TRUE(drawsAfter([&] {
+        QTest::mouseRelease(m_view.get(), Qt::LeftButton, Qt::NoModifier, at);
+    })) << "the release brings a frame although the camera did not move";
+    EXPECT_EQ(m_view->lastShadowSamples(), Full);
+    EXPECT_EQ(m_view->lastDrawnSize(), m_view->size());
+    EXPECT_EQ(m_view->grabFramebuffer(), still) << "in full, exactly as before the drag";
+
+    // Panning counts the same way; a press that stays a click does not.
+    QTest::mousePress(m_view.get(), Qt::MiddleButton, Qt::NoModifier, at);
+    QTest::mouseMove(m_view.get(), at + QPoint(0, 30));
+    EXPECT_TRUE(m_view->isMovingCamera()) << "while panning";
+    EXPECT_TRUE(drawsAfter([&] {
+        QTest::mouseRelease(m_view.get(), Qt::MiddleButton, Qt::NoModifier, at + QPoint(0, 30));
+    }));
+    EXPECT_EQ(m_view->lastShadowSamples(), Full) << "after a pan's release";
+    QTest::mousePress(m_view.get(), Qt::RightButton, Qt::NoModifier, at);
+    QTest::mouseMove(m_view.get(), at + QPoint(40, 0));
+    EXPECT_FALSE(m_view->isMovingCamera()) << "a right drag moves nothing";
+    QTest::mouseRelease(m_view.get(), Qt::RightButton, Qt::NoModifier, at + QPoint(40, 0));
+
+    // A wheel has no release: the zoom counts as going on until it rests for a moment.
+    EXPECT_TRUE(drawsAfter([&] {
+        QWheelEvent event(QPointF(at),
+                          m_view->mapToGlobal(at),
+                          QPoint(),
+                          QPoint(0, 120),
+                          Qt::NoButton,
+                          Qt::NoModifier,
+                          Qt::NoScrollPhase,
+                          false);
+        QApplication::sendEvent(m_view.get(), &event);
+    }));
+    EXPECT_EQ(m_view->lastShadowSamples(), SceneView::GestureShadowSamples) << "while zooming";
+    EXPECT_TRUE(repaintsByItself()) << "once the wheel rests";
+    EXPECT_EQ(m_view->lastShadowSamples(), Full);
+    EXPECT_FALSE(m_view->isMovingCamera());
 }
 
 TEST_F(SceneViewTest, KeepsTheCameraFrameAndSurvivesItsDocumentGoing)

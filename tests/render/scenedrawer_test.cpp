@@ -16,6 +16,7 @@
 #include <QOpenGLContext>
 #include <QOpenGLFramebufferObject>
 
+#include <algorithm>
 #include <memory>
 
 using namespace vantrel::host;
@@ -52,9 +53,9 @@ protected:
         // A generator's box: it has normals to shade by, so the selection's tint can show.
         m_other = root->createChildShape("generator.Boxes.Box", QStringLiteral("Other"));
         m_other->SetPosition(Vector3(0, 15, 0), false);
-        auto *light = static_cast<LightNode *>(root->CreateChildLight(QStringLiteral("Light")));
-        light->SetPosition(Vector3(-40, 30, 80), false);
-        light->SetCastShadows(true);
+        m_light = static_cast<LightNode *>(root->CreateChildLight(QStringLiteral("Light")));
+        m_light->SetPosition(Vector3(-40, 30, 80), false);
+        m_light->SetCastShadows(true);
     }
 
     void TearDown() override
@@ -97,6 +98,7 @@ protected:
     MeshNode *m_box = nullptr;
     MeshNode *m_copy = nullptr;
     MeshNode *m_other = nullptr;
+    LightNode *m_light = nullptr;
 };
 
 } // namespace
@@ -139,4 +141,48 @@ TEST_F(SceneDrawerTest, SelectionShowsOnlyWhenAskedFor)
     EXPECT_EQ(m_drawer.shadowPasses(), 1) << "the selection casts no other shadow";
     m_document.SetSelection({}, Document::ReplaceSelection);
     EXPECT_EQ(draw(m_drawer, highlighted), unselected) << "nothing selected, nothing marked";
+}
+
+TEST_F(SceneDrawerTest, FewerShadowSamplesKeepTheSofteningsReach)
+{
+    // A wide blur, so that the softened rim spans many pixels.
+    m_light->SetShadowBlur(4.f);
+    m_light->SetCastShadows(false);
+    const QImage lit = draw(m_drawer);
+    m_light->SetCastShadows(true);
+    DrawOptions fast;
+    fast.shadowSamples = 16;
+    const QImage full = draw(m_drawer), grainy = draw(m_drawer, fast);
+    EXPECT_NE(grainy, full) << "fewer samples, another grain";
+
+    // How far the shadow reaches: the pixels darkened by more than an eighth of the deepest
+    // shadow. Samples crowded near the disk's centre would shrink it by the blur's width.
+    const auto reach = [&lit](const QImage &shadowed) {
+        int deepest = 0, count = 0;
+        for (int pass = 0; pass < 2; ++pass) {
+            for (int y = 0; y < Size.height(); ++y) {
+                for (int x = 0; x < Size.width(); ++x) {
+                    const int dark = qGreen(lit.pixel(x, y)) - qGreen(shadowed.pixel(x, y));
+                    if (pass == 0)
+                        deepest = std::max(deepest, dark);
+                    else if (8 * dark > deepest)
+                        ++count;
+                }
+            }
+        }
+        return count;
+    };
+    const int fullReach = reach(full);
+    ASSERT_GT(fullReach, 500) << "the shadow shows";
+    EXPECT_NEAR(reach(grainy), fullReach, 0.1 * fullReach);
+    m_light->SetShadowBlur(2.f);
+    EXPECT_LT(reach(draw(m_drawer)), 0.9 * fullReach) << "the measure sees a narrower softening";
+
+    DrawOptions outOfRange;
+    outOfRange.shadowSamples = 1000;
+    EXPECT_EQ(draw(m_drawer, outOfRange), draw(m_drawer)) << "limited to the full count";
+    outOfRange.shadowSamples = 0;
+    DrawOptions one;
+    one.shadowSamples = 1;
+    EXPECT_EQ(draw(m_drawer, outOfRange), draw(m_drawer, one)) << "at least one sample";
 }

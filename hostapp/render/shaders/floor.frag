@@ -2,7 +2,7 @@
 // fades into the background, like a studio backdrop. It is lit by the same lights as the shapes
 // and darkened where a shadow-casting light is blocked, softened over the light's blur radius.
 const int MaxShadows = 4;
-const int ShadowSamples = 64;
+const int MaxShadowSamples = 64;
 
 uniform mat4 inverseViewProjection;
 uniform mat4 viewProjection;
@@ -18,7 +18,9 @@ uniform mat4 shadowProjection[MaxShadows];
 uniform vec4 shadowTile[MaxShadows]; // the tile's place in the atlas: offset xy, size zw
 uniform float shadowDepthScale[MaxShadows];
 uniform float shadowBlur[MaxShadows];
-uniform vec2 shadowDisk[ShadowSamples]; // spread evenly over the unit disk
+uniform int shadowSampleCount; // 1 to MaxShadowSamples: fewer while the view's camera moves
+// The first shadowSampleCount entries, spread evenly over the unit disk.
+uniform vec2 shadowDisk[MaxShadowSamples];
 
 in vec2 deviceXY;
 out vec4 colour;
@@ -39,7 +41,9 @@ float unblocked(int s, vec3 p)
                  * fract(52.9829189 * fract(dot(gl_FragCoord.xy, vec2(0.06711056, 0.00583715))));
     mat2 rotation = mat2(cos(turn), sin(turn), -sin(turn), cos(turn));
     float free = 0.0;
-    for (int k = 0; k < ShadowSamples; ++k) {
+    for (int k = 0; k < MaxShadowSamples; ++k) {
+        if (k >= shadowSampleCount)
+            break;
         vec2 offset = rotation * shadowDisk[k];
         vec4 q = centre + offset.x * alongX + offset.y * alongY;
         vec4 clip = shadowProjection[s] * q;
@@ -56,7 +60,7 @@ float unblocked(int s, vec3 p)
         if (nearest >= 1.0 || (q.z - ShadowBias) / shadowDepthScale[s] <= nearest)
             free += 1.0;
     }
-    return free / float(ShadowSamples);
+    return free / float(shadowSampleCount);
 }
 
 void main()
