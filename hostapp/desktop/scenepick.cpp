@@ -77,19 +77,6 @@ float hitTriangle(const Vector3 &origin,
     return t > 0.f ? t : none;
 }
 
-TBBox<float> worldBox(const TBBox<float> &local, const Matrix &world)
-{
-    TBBox<float> box;
-    for (int corner = 0; corner < 8; ++corner) {
-        Vector3 p((corner & 1) ? local.max[0] : local.min[0],
-                  (corner & 2) ? local.max[1] : local.min[1],
-                  (corner & 4) ? local.max[2] : local.min[2]);
-        TransformPoint(p, world);
-        ExtendBox(box, p);
-    }
-    return box;
-}
-
 } // namespace
 
 MeshNode *pickShape(const render::DrawList &list, const Vector3 &origin, const Vector3 &direction)
@@ -99,8 +86,9 @@ MeshNode *pickShape(const render::DrawList &list, const Vector3 &origin, const V
     std::vector<Vector3> corners;
     for (const render::DrawItem &item : list.items) {
         const host::Mesh &mesh = *item.mesh;
-        if (IsBoxEmpty(mesh.localBox())
-            || !(enterBox(worldBox(mesh.localBox(), item.world), origin, direction) < nearest))
+        TBBox<float> box;
+        render::extendByMesh(box, mesh, item.world);
+        if (IsBoxEmpty(box) || !(enterBox(box, origin, direction) < nearest))
             continue;
         for (const std::unique_ptr<MeshPart> &part : mesh.meshParts()) {
             const std::vector<VertexRecord> &vertices = part->GetVertices();

@@ -27,8 +27,6 @@ namespace vantrel::host {
 
 namespace {
 
-const QColor Background(0xdc, 0xe0, 0xe6); // the pictures' background
-
 // A widget position as normalised device coordinates, at the pixel's centre (y up).
 QPointF toDevice(const QPointF &position, const QSize &size)
 {
@@ -143,12 +141,16 @@ void SceneView::paintGL()
 {
     QElapsedTimer timer;
     timer.start();
-    if (!m_drawer) {
-        // Behind the message label: the background, while OpenGL still clears at all.
+    // The pictures' background, where nothing could be drawn.
+    auto clearToBackground = [this] {
+        const QColor background = render::DrawOptions().background;
         QOpenGLFunctions *gl = context()->functions();
         gl->glClearColor(
-            float(Background.redF()), float(Background.greenF()), float(Background.blueF()), 1.f);
-        gl->glClear(GL_COLOR_BUFFER_BIT);
+            float(background.redF()), float(background.greenF()), float(background.blueF()), 1.f);
+        gl->glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    };
+    if (!m_drawer) {
+        clearToBackground(); // behind the message label, while OpenGL still clears at all
     } else {
         const qreal ratio = devicePixelRatioF();
         const QSize pixels(std::max(1, int(std::lround(width() * ratio))),
@@ -157,7 +159,6 @@ void SceneView::paintGL()
         bool drawn = false;
         if (m_document) {
             render::DrawOptions options;
-            options.background = Background;
             options.highlightSelection = true;
             QSize drawnSize = pixels;
             if (isMovingCamera()) {
@@ -194,12 +195,7 @@ void SceneView::paintGL()
             }
         }
         if (!drawn) {
-            QOpenGLFunctions *gl = context()->functions();
-            gl->glClearColor(float(Background.redF()),
-                             float(Background.greenF()),
-                             float(Background.blueF()),
-                             1.f);
-            gl->glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+            clearToBackground();
             if (!error.isEmpty())
                 m_errorMessage = error;
         }

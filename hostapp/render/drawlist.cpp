@@ -32,24 +32,6 @@ constexpr float Palette[][3] = {
     {0.45f, 0.47f, 0.52f}, // slate
 };
 
-// Grows the box by the eight corners of the mesh's own box in world space. It is a little larger
-// than the box of the world vertices, which is what depth ranges and shadow frames need: room,
-// not a tight fit.
-void extendByMesh(TBBox<float> &box, const host::Mesh &mesh, const Matrix &world)
-{
-    const TBBox<float> &local = mesh.localBox();
-    if (IsBoxEmpty(local))
-        return;
-    for (int corner = 0; corner < 8; ++corner) {
-        Vector3 p((corner & 1) ? local.max[0] : local.min[0],
-                  (corner & 2) ? local.max[1] : local.min[1],
-                  (corner & 4) ? local.max[2] : local.min[2]);
-        TransformPoint(p, world);
-        if (std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z))
-            ExtendBox(box, p);
-    }
-}
-
 DrawLight sceneLight(const INode *node, const ILightNode *light)
 {
     Matrix world;
@@ -73,6 +55,21 @@ DrawLight sceneLight(const INode *node, const ILightNode *light)
 }
 
 } // namespace
+
+void extendByMesh(TBBox<float> &box, const host::Mesh &mesh, const Matrix &world)
+{
+    const TBBox<float> &local = mesh.localBox();
+    if (IsBoxEmpty(local))
+        return;
+    for (int corner = 0; corner < 8; ++corner) {
+        Vector3 p((corner & 1) ? local.max[0] : local.min[0],
+                  (corner & 2) ? local.max[1] : local.min[1],
+                  (corner & 4) ? local.max[2] : local.min[2]);
+        TransformPoint(p, world);
+        if (std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z))
+            ExtendBox(box, p);
+    }
+}
 
 float toLinear(float srgb)
 {

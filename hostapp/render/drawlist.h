@@ -58,6 +58,12 @@ struct DrawList
     TBBox<float> bounds; // world box of every drawn mesh (from the meshes' own boxes); may be empty
 };
 
+// Grows the box by the eight corners of the mesh's own box in world space (corners that are not
+// finite are left out). It is a little larger than the box of the world vertices, which is what
+// depth ranges, shadow frames and a pick's first test need: room, not a tight fit.
+VANTREL_RENDER_EXPORT void
+extendByMesh(TBBox<float> &box, const host::Mesh &mesh, const Matrix &world);
+
 // The nodes a picture shows. A shape or a light is drawn when its own visibility flag is on,
 // whatever its ancestors' flags say: the host treats visibility as each node's own flag, and Fit
 // To View measures exactly those shapes, so the picture frames what the tool fitted. The first

@@ -3,6 +3,7 @@
 #include "hostapp/render/gpumeshcache.h"
 
 #include "hostapp/render/drawlist.h"
+#include "hostapp/render/glmatrix.h"
 
 #include <QMatrix4x4>
 #include <QOpenGLExtraFunctions>
@@ -22,12 +23,6 @@ constexpr int AlbedoLocation = 9;
 constexpr int SelectedLocation = 10;
 constexpr int InstanceFloats = 16 + 9 + 3 + 1;
 constexpr int InstanceStride = InstanceFloats * int(sizeof(float));
-
-// The host's matrices act on row vectors and are stored row by row; GLSL's act on column vectors.
-QMatrix4x4 toGl(const Matrix &m)
-{
-    return QMatrix4x4(m.m).transposed();
-}
 
 void writeInstance(float *out, const DrawItem &item)
 {

@@ -5,6 +5,7 @@
 #include "geometry/geometry.h"
 #include "host/icamera.h"
 #include "hostapp/render/framing.h"
+#include "hostapp/render/glmatrix.h"
 #include "hostapp/render/gpumeshcache.h"
 
 #include <QFile>
@@ -33,14 +34,6 @@ namespace {
 constexpr int ShadowTileSize = 2048;
 
 const QColor FloorColour(0xeb, 0xe8, 0xe1);
-
-// The host's matrices act on row vectors (p * M) and are stored row by row; GLSL's act on column
-// vectors (M * p). QMatrix4x4 reads row-major values, so it holds M, and GLSL needs M transposed.
-// Products keep their meaning: toGl(B) * toGl(A) is toGl(A * B), A applied first.
-QMatrix4x4 toGl(const Matrix &m)
-{
-    return QMatrix4x4(m.m).transposed();
-}
 
 QVector3D linear(const QColor &colour)
 {
