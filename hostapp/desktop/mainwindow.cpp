@@ -270,10 +270,14 @@ void MainWindow::updateUndoActions()
                                   : QStringLiteral("&Redo"));
 }
 
+QString MainWindow::documentName() const
+{
+    return m_filePath.isEmpty() ? QStringLiteral("Untitled") : QFileInfo(m_filePath).fileName();
+}
+
 void MainWindow::updateTitle()
 {
-    const QString name
-        = m_filePath.isEmpty() ? QStringLiteral("Untitled") : QFileInfo(m_filePath).fileName();
+    const QString name = documentName();
     setWindowTitle(QStringLiteral("%1[*] — Vantrel").arg(name));
     setWindowModified(m_session && !m_session->document().history().stack()->isClean());
 }
@@ -295,8 +299,7 @@ bool MainWindow::maybeSave()
 {
     if (!isWindowModified())
         return true;
-    const QString name
-        = m_filePath.isEmpty() ? QStringLiteral("Untitled") : QFileInfo(m_filePath).fileName();
+    const QString name = documentName();
     QMessageBox question(
         QMessageBox::Question,
         QStringLiteral("Unsaved Changes"),

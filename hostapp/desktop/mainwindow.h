@@ -83,6 +83,8 @@ private:
     void updateToolActions();
     void scheduleUpdate();
     void updateUndoActions();
+    // The file's name, or "Untitled", for the title and the questions.
+    QString documentName() const;
     void updateTitle();
     void updateStatus();
     bool maybeSave();

@@ -98,6 +98,9 @@ void typeInto(QWidget *window, const QString &property, const QString &text)
     InputLineSlider *slider = sliderOf(window, property);
     ASSERT_NE(slider, nullptr) << property.toStdString();
     QLineEdit *field = slider->field();
+    // The field commits when it loses the focus, which happens only in the active window; the
+    // window system may still be handing the activation over, so Qt is told at once.
+    QApplication::setActiveWindow(window);
     field->setFocus();
     field->selectAll();
     QTest::keyClicks(field, text);
