@@ -34,7 +34,7 @@ done
 
 packages=(build-essential binutils cmake ninja-build clang-format
           qtbase5-dev qtscript5-dev
-          googletest libgtest-dev libbenchmark-dev fonts-dejavu-core libassimp-dev
+          googletest libgtest-dev libbenchmark-dev fonts-dejavu-core libassimp-dev rapidjson-dev
           libgl1-mesa-dri xvfb xauth)
 missing=()
 for package in "${packages[@]}"; do

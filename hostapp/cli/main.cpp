@@ -16,6 +16,8 @@
 #include <QFile>
 #include <QTextStream>
 
+#include <algorithm>
+
 #include <unistd.h>
 
 // LeakSanitizer's entry point, present only in sanitizer builds.
@@ -76,8 +78,9 @@ int runCommand()
         "               step, and save when asked.\n"
         "  render [SCENE]\n"
         "               Like run, then draw the scene as its camera sees it and\n"
-        "               write the picture to the --out PNG file. Needs OpenGL 3.3;\n"
-        "               without a display run it under xvfb-run.\n"
+        "               write the picture to the --out file (.png, .jpg or .jpeg).\n"
+        "               Needs OpenGL 3.3; without a display run it under\n"
+        "               xvfb-run.\n"
         "  demo         Load the tools plug-in, list its tools, build a sample\n"
         "               packaging scene and run the tools on it, printing what\n"
         "               each step does (with --pictures, a picture of each step).\n\n"
@@ -102,7 +105,8 @@ int runCommand()
         QStringLiteral("file"));
     const QCommandLineOption outOption(
         QStringLiteral("out"),
-        QStringLiteral("Write the picture to this PNG file (render)."),
+        QStringLiteral("Write the picture to this file (render): PNG or JPEG by its suffix, "
+                       ".png, .jpg or .jpeg."),
         QStringLiteral("file"));
     const QCommandLineOption widthOption(
         QStringLiteral("width"),
@@ -146,6 +150,17 @@ int runCommand()
     }
     const QStringList positional = parser.positionalArguments();
     const QString command = positional.value(0);
+    // An empty name is a mistake (an unset shell variable, say), never "no file": refused before
+    // anything runs rather than read as the default.
+    for (const QCommandLineOption *option :
+         {&scriptOption, &saveOption, &pluginOption, &outOption, &picturesOption}) {
+        const QStringList values = parser.values(*option);
+        if (std::any_of(values.begin(), values.end(), [](const QString &v) { return v.isEmpty(); }))
+            return usageError(
+                QStringLiteral("--%1 needs a file name").arg(option->names().constFirst()));
+    }
+    if (positional.size() > 1 && positional.at(1).isEmpty())
+        return usageError(QStringLiteral("the scene file name is empty"));
     const QString plugin = parser.isSet(pluginOption)
                                ? parser.value(pluginOption)
                                : vantrel::host::PluginLoader::defaultToolsPluginPath();
@@ -190,6 +205,9 @@ int runCommand()
             return usageError(QStringLiteral("%1 takes one scene file at most").arg(command));
         if (render && !parser.isSet(outOption))
             return usageError(QStringLiteral("render needs --out FILE.png"));
+        if (render && !vantrel::render::pictureFormat(parser.value(outOption)))
+            return usageError(QStringLiteral("--out takes a .png, .jpg or .jpeg file, not \"%1\"")
+                                  .arg(parser.value(outOption)));
         if (render && parser.isSet(saveOption))
             return usageError(QStringLiteral("render does not save the scene; use run --save"));
         if (!render && parser.isSet(widthOption))

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/runcommand.h"
 
+#include "hostapp/core/filechecks.h"
 #include "hostapp/core/scenefile.h"
 #include "hostapp/core/session.h"
 
@@ -9,6 +10,13 @@
 #include <QTextStream>
 
 namespace vantrel::host {
+
+namespace {
+
+// A script file beyond this is surely no script; reading it whole would only fill the memory.
+constexpr qint64 MaximumScriptSize = qint64(64) << 20;
+
+} // namespace
 
 int runScripts(const RunOptions &options,
                QTextStream &out,
@@ -20,6 +28,12 @@ int runScripts(const RunOptions &options,
         err.flush();
         return 1;
     };
+    // A save that cannot happen is found before the scripts run, not after.
+    if (!options.savePath.isEmpty()) {
+        const QString problem = outputFileProblem(options.savePath);
+        if (!problem.isEmpty())
+            return failed(QStringLiteral("Cannot save %1: %2").arg(options.savePath, problem));
+    }
     std::unique_ptr<Document> document;
     if (!options.scenePath.isEmpty()) {
         QString error;
@@ -49,11 +63,21 @@ int runScripts(const RunOptions &options,
         QString program = script.text;
         QString name = script.text;
         if (script.isFile) {
-            QFile file(script.text);
-            if (!file.open(QIODevice::ReadOnly))
+            QFile file;
+            QString problem;
+            if (!openRegularFile(file, script.text, &problem))
+                return failed(QStringLiteral("cannot read %1: %2").arg(script.text, problem));
+            if (file.size() > MaximumScriptSize)
+                return failed(QStringLiteral("cannot read %1: the file is %2 bytes; scripts are "
+                                             "limited to %3 MiB")
+                                  .arg(script.text)
+                                  .arg(file.size())
+                                  .arg(MaximumScriptSize >> 20));
+            const QByteArray bytes = file.read(MaximumScriptSize + 1);
+            if (file.error() != QFileDevice::NoError)
                 return failed(
                     QStringLiteral("cannot read %1: %2").arg(script.text, file.errorString()));
-            program = QString::fromUtf8(file.readAll());
+            program = QString::fromUtf8(bytes);
         } else {
             name = QStringLiteral("-e#%1").arg(++inline_);
         }

@@ -5,84 +5,56 @@
 #include "host/hostfunctions.h"
 #include "hostapp/core/basenode.h"
 #include "hostapp/core/document.h"
-#include "hostapp/core/lightnode.h"
-#include "hostapp/core/meshnode.h"
+#include "hostapp/core/jsontext.h"
+#include "hostapp/core/scenewriter.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
+#include <utility>
 
 namespace vantrel::host {
 
-namespace {
-
-QJsonArray toJson(const Vector3 &v)
-{
-    return QJsonArray{double(v.x), double(v.y), double(v.z)};
-}
-
-QJsonObject nodeToJson(const BaseNode &node)
-{
-    QJsonObject object{{QStringLiteral("name"), node.GetName()},
-                       {QStringLiteral("type"), node.GetNodeType()},
-                       {QStringLiteral("visible"), node.IsVisible()}};
-    if (const auto *scene = qobject_cast<const SceneNode *>(&node)) {
-        object.insert(QStringLiteral("position"), toJson(scene->GetPosition()));
-        object.insert(QStringLiteral("rotation"), toJson(scene->GetRotation()));
-        object.insert(QStringLiteral("scale"), toJson(scene->GetScale()));
-    }
-    if (const auto *mesh = qobject_cast<const MeshNode *>(&node)) {
-        object.insert(QStringLiteral("generator"),
-                      QString::fromLatin1(mesh->generator()->GetTypeId()));
-        object.insert(QStringLiteral("params"),
-                      QJsonObject::fromVariantMap(mesh->generator()->parameters()));
-        object.insert(QStringLiteral("vertexCount"), mesh->mesh()->vertexCount());
-    }
-    if (const auto *light = qobject_cast<const LightNode *>(&node)) {
-        object.insert(QStringLiteral("intensity"), double(light->GetIntensity()));
-        object.insert(QStringLiteral("shadowBlur"), double(light->GetShadowBlur()));
-        object.insert(QStringLiteral("castShadows"), light->GetCastShadows());
-        object.insert(QStringLiteral("lightMode"), light->GetLightMode());
-    }
-    QJsonArray children;
-    for (std::size_t i = 0; i < node.GetChildren().size(); ++i)
-        children.append(nodeToJson(*node.childNode(i)));
-    object.insert(QStringLiteral("children"), children);
-    return object;
-}
-
-QString pathOf(const BaseNode *node)
-{
-    QStringList steps;
-    for (; node->parentNode(); node = node->parentNode())
-        steps.prepend(QString::number(GetNodePos(node)));
-    return steps.join(QLatin1Char('/'));
-}
-
-} // namespace
-
-QJsonObject sceneDumpObject(const Document &document)
-{
-    const Camera &camera = *document.camera();
-    QJsonArray selection;
-    for (INode *node : document.GetSelection())
-        selection.append(pathOf(static_cast<BaseNode *>(node)));
-    return QJsonObject{
-        {QStringLiteral("ambient"), double(document.GetAmbientIntensity())},
-        {QStringLiteral("lightingMode"), document.lightingMode()},
-        {QStringLiteral("camera"),
-         QJsonObject{{QStringLiteral("target"), toJson(camera.GetTarget())},
-                     {QStringLiteral("distance"), double(camera.GetDistance())},
-                     {QStringLiteral("yaw"), double(camera.yaw())},
-                     {QStringLiteral("pitch"), double(camera.pitch())},
-                     {QStringLiteral("fieldOfView"), double(camera.GetFieldOfView())},
-                     {QStringLiteral("aspectRatio"), double(camera.GetAspectRatio())}}},
-        {QStringLiteral("selection"), selection},
-        {QStringLiteral("root"), nodeToJson(*document.root())}};
-}
-
 QByteArray dumpScene(const Document &document)
 {
-    return QJsonDocument(sceneDumpObject(document)).toJson(QJsonDocument::Indented);
+    const Camera &camera = *document.camera();
+    const QLatin1String next(", ");
+    JsonText out;
+    out.raw(QLatin1String("{\n"));
+    indent(out, 1);
+    out.key(QLatin1String("ambient")).number(double(document.GetAmbientIntensity()));
+    out.raw(QLatin1String(",\n"));
+    indent(out, 1);
+    out.key(QLatin1String("camera")).raw('{');
+    out.key(QLatin1String("aspectRatio")).number(double(camera.GetAspectRatio())).raw(next);
+    out.key(QLatin1String("distance")).number(double(camera.GetDistance())).raw(next);
+    out.key(QLatin1String("fieldOfView")).number(double(camera.GetFieldOfView())).raw(next);
+    out.key(QLatin1String("pitch")).number(double(camera.pitch())).raw(next);
+    out.key(QLatin1String("target"))
+        .vector(camera.GetTarget())
+        .raw(next)
+        .key(QLatin1String("yaw"))
+        .number(double(camera.yaw()));
+    out.raw(QLatin1String("},\n"));
+    indent(out, 1);
+    out.key(QLatin1String("lightingMode")).number(qint64(document.lightingMode()));
+    out.raw(QLatin1String(",\n"));
+    indent(out, 1);
+    out.key(QLatin1String("root")).raw('{');
+    const auto fields = [](const BaseNode &node, JsonText &text) {
+        SceneWriter::nodeFields(node, SceneWriter::Style::Dump, text);
+    };
+    fields(*document.root(), out);
+    out.key(QLatin1String("children"));
+    SceneWriter::writeChildren(*document.root(), 1, fields, out);
+    out.raw(QLatin1String("},\n"));
+    indent(out, 1);
+    out.key(QLatin1String("selection")).raw('[');
+    bool first = true;
+    for (INode *node : document.GetSelection()) {
+        if (!std::exchange(first, false))
+            out.raw(next);
+        out.string(SceneWriter::selectionPath(static_cast<BaseNode *>(node)));
+    }
+    out.raw(QLatin1String("]\n}\n"));
+    return out.text();
 }
 
 } // namespace vantrel::host

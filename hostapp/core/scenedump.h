@@ -5,7 +5,6 @@
 #include "host/hostexport.h"
 
 #include <QByteArray>
-#include <QJsonObject>
 
 namespace vantrel::host {
 
@@ -15,7 +14,6 @@ class Document;
 // generator identifiers and parameters, vertex counts and light parameters; the ambient level,
 // lighting mode, camera and selection (as child-index paths such as "0/2"). Keys are sorted and
 // numbers printed exactly, so two dumps are equal byte for byte exactly when the scenes are.
-VANTREL_HOST_EXPORT QJsonObject sceneDumpObject(const Document &document);
 VANTREL_HOST_EXPORT QByteArray dumpScene(const Document &document);
 
 } // namespace vantrel::host

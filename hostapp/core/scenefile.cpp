@@ -3,6 +3,8 @@
 #include "hostapp/core/scenefile.h"
 
 #include "hostapp/core/document.h"
+#include "hostapp/core/filechecks.h"
+#include "hostapp/core/jsontext.h"
 #include "hostapp/core/scenereader.h"
 #include "hostapp/core/scenewriter.h"
 
@@ -12,31 +14,14 @@
 
 namespace vantrel::host {
 
-namespace {
-
-// QFile reports a short write (the disk filled up half-way) without a reason; writing the rest
-// then fails at once with the system's reason, such as "No space left on device".
-bool writeAll(QSaveFile *file, const QByteArray &bytes)
-{
-    qint64 written = 0;
-    while (written < bytes.size()) {
-        const qint64 count = file->write(bytes.constData() + written, bytes.size() - written);
-        if (count <= 0)
-            return false;
-        written += count;
-    }
-    return true;
-}
-
-} // namespace
-
 std::unique_ptr<Document> SceneFile::load(const QString &path, QString *errorMessage)
 {
     QFile file(path);
     QByteArray json;
+    // Only a regular file: opening a FIFO would wait for a writer for ever.
     QString problem;
-    if (!file.open(QIODevice::ReadOnly)) {
-        problem = QStringLiteral("cannot read the file: %1").arg(file.errorString());
+    if (!openRegularFile(file, path, &problem)) {
+        // problem says why
     } else if (file.size() > MaximumFileSize) {
         problem = SceneReader::sizeProblem(file.size()); // refused before a byte is read
     } else {
@@ -75,21 +60,28 @@ bool SceneFile::save(const QString &path, const Document &document, QString *err
             *errorMessage = refusal.message(prefix);
         return false;
     };
-    // Checked before the JSON is built: the file's nesting limit also bounds the writer's
-    // recursion.
-    const QString deepPlace = SceneWriter::tooDeepPlace(document);
-    if (!deepPlace.isEmpty())
-        return refuse({deepPlace, SceneReader::depthProblem()});
+    const QString targetProblem = outputFileProblem(path);
+    if (!targetProblem.isEmpty())
+        return refuse({QString(), targetProblem});
     // A file that would not open again is worse than no save: the previous file stays, and the
     // message names the node to fix.
-    const QByteArray bytes = toJson(document);
-    SceneReader reader; // checks the file's own contents, not the model files it names
-    if (!reader.read(bytes))
-        return refuse(reader.refusal());
+    const SceneReader::Refusal limits = SceneWriter::check(document);
+    if (!limits.problem.isEmpty())
+        return refuse(limits);
 
+    // Written as it is made: memory for a buffer, not for the whole text.
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !writeAll(&file, bytes) || !file.commit())
-        return refuse({QString(), file.errorString()}); // the previous file is untouched
+    if (!file.open(QIODevice::WriteOnly))
+        return refuse({QString(), file.errorString()});
+    JsonText out(&file);
+    SceneWriter::write(document, out);
+    if (!out.flush()) {
+        file.cancelWriting(); // the previous file is untouched
+        return refuse({QString(), out.errorString()});
+    }
+    QString problem;
+    if (!commitFile(file, &problem))
+        return refuse({QString(), problem});
     return true;
 }
 

@@ -6,6 +6,7 @@
 #include "hostapp/core/document.h"
 #include "hostapp/core/generatorregistry.h"
 #include "hostapp/core/generators/externalmodelgenerator.h"
+#include "hostapp/core/jsoncheck.h"
 #include "hostapp/core/lightnode.h"
 #include "hostapp/core/meshnode.h"
 #include "hostapp/core/scenefile.h"
@@ -182,6 +183,12 @@ std::unique_ptr<Document> SceneReader::read(const QByteArray &json)
         m_refusal = syntaxRefusal(json, parseError);
         return nullptr;
     }
+    // Qt's reader keeps the last of two equal keys and lets raw control characters through.
+    const JsonProblem strict = checkJsonStrictly(json);
+    if (strict.offset >= 0) {
+        m_refusal = {lineAndColumn(json, int(strict.offset)), strict.problem, true};
+        return nullptr;
+    }
     if (!parsed.isObject()) {
         m_refusal = {QString(),
                      QStringLiteral("expected a JSON object at the top level, found an array")};
@@ -203,6 +210,11 @@ QString SceneReader::sizeProblem(qint64 size)
 QString SceneReader::depthProblem()
 {
     return QStringLiteral("nodes nested deeper than %1 levels").arg(SceneFile::MaximumDepth);
+}
+
+QString SceneReader::rangeProblem(double value, double limit)
+{
+    return QStringLiteral("%1 is outside -%2..%2").arg(numberText(value), numberText(limit));
 }
 
 QString SceneReader::childPlace(const QString &parentPlace, int index)
@@ -234,8 +246,7 @@ bool SceneReader::parse(const QJsonValue &value, const QString &place, double *r
         return fail(place, QStringLiteral("expected a number, found %1").arg(found(value)));
     const double d = value.toDouble();
     if (!(std::abs(d) <= limit))
-        return fail(place,
-                    QStringLiteral("%1 is outside -%2..%2").arg(numberText(d), numberText(limit)));
+        return fail(place, rangeProblem(d, limit));
     *result = d;
     return true;
 }

@@ -69,6 +69,7 @@ public:
     // The problems and places that SceneFile also states when it refuses to read or to save.
     static QString sizeProblem(qint64 size);
     static QString depthProblem();
+    static QString rangeProblem(double value, double limit);
     static QString childPlace(const QString &parentPlace, int index);
 
 private:

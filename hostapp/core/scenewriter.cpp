@@ -4,16 +4,15 @@
 
 #include "hostapp/core/basenode.h"
 #include "hostapp/core/document.h"
+#include "hostapp/core/jsontext.h"
 #include "hostapp/core/lightnode.h"
 #include "hostapp/core/meshnode.h"
 #include "hostapp/core/scenefile.h"
 #include "hostapp/core/scenereader.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace vantrel::host {
 
@@ -21,65 +20,9 @@ namespace {
 
 namespace key = scenekey;
 
-// Whether some node lies deeper than the files allow; path then holds the child indices down to
-// the first such node. The recursion stops there, so it is bounded however deep the scene is.
-bool tooDeep(const BaseNode &node, std::vector<int> *path)
-{
-    for (std::size_t i = 0; i < node.GetChildren().size(); ++i) {
-        path->push_back(int(i));
-        if (int(path->size()) > SceneFile::MaximumDepth || tooDeep(*node.childNode(i), path))
-            return true;
-        path->pop_back();
-    }
-    return false;
-}
+} // namespace
 
-QJsonArray vectorJson(const Vector3 &v)
-{
-    // Doubles converted from the floats: the writer prints the shortest text that reads back as
-    // the same double, so the float comes back exactly.
-    return QJsonArray{double(v.x), double(v.y), double(v.z)};
-}
-
-QJsonObject nodeJson(const BaseNode &node)
-{
-    QJsonObject object{{key::name, node.GetName()}, {key::visible, node.IsVisible()}};
-    if (const auto *scene = qobject_cast<const SceneNode *>(&node)) {
-        object.insert(key::position, vectorJson(scene->GetPosition()));
-        object.insert(key::rotation, vectorJson(scene->GetRotation()));
-        object.insert(key::scale, vectorJson(scene->GetScale()));
-    }
-    QLatin1String type = key::group;
-    if (const auto *mesh = qobject_cast<const MeshNode *>(&node)) {
-        type = key::shape;
-        const ShapeGenerator &generator = *mesh->generator();
-        object.insert(key::generator, QString::fromLatin1(generator.GetTypeId()));
-        QJsonObject params;
-        const QVariantMap values = generator.parameters();
-        for (auto it = values.constBegin(); it != values.constEnd(); ++it) {
-            params.insert(it.key(),
-                          it->userType() == QMetaType::Float ? QJsonValue(double(it->toFloat()))
-                                                             : QJsonValue::fromVariant(*it));
-        }
-        object.insert(key::params, params);
-    }
-    if (const auto *light = qobject_cast<const LightNode *>(&node)) {
-        type = key::light;
-        object.insert(key::intensity, double(light->GetIntensity()));
-        object.insert(key::shadowBlur, double(light->GetShadowBlur()));
-        object.insert(key::castShadows, light->GetCastShadows());
-        object.insert(key::lightMode, light->GetLightMode());
-    }
-    object.insert(key::type, type);
-    QJsonArray children;
-    for (std::size_t i = 0; i < node.GetChildren().size(); ++i)
-        children.append(nodeJson(*node.childNode(i)));
-    object.insert(key::children, children);
-    return object;
-}
-
-// A node's place as the selection stores it: child indices from the root, such as "0/2".
-QString nodePath(const BaseNode *node)
+QString SceneWriter::selectionPath(const BaseNode *node)
 {
     QStringList steps;
     for (; node->parentNode(); node = node->parentNode()) {
@@ -90,45 +33,210 @@ QString nodePath(const BaseNode *node)
     return steps.join(QLatin1Char('/'));
 }
 
-} // namespace
+void SceneWriter::nodeFields(const BaseNode &node, Style style, JsonText &out)
+{
+    const auto *light = qobject_cast<const LightNode *>(&node);
+    const auto *mesh = qobject_cast<const MeshNode *>(&node);
+    const auto *scene = qobject_cast<const SceneNode *>(&node);
+    const QLatin1String next(", ");
+    if (light)
+        out.key(key::castShadows).boolean(light->GetCastShadows()).raw(next);
+    if (mesh)
+        out.key(key::generator)
+            .string(QString::fromLatin1(mesh->generator()->GetTypeId()))
+            .raw(next);
+    if (light) {
+        out.key(key::intensity).number(double(light->GetIntensity())).raw(next);
+        out.key(key::lightMode).number(qint64(light->GetLightMode())).raw(next);
+    }
+    out.key(key::name).string(node.GetName()).raw(next);
+    if (mesh) {
+        out.key(key::params).raw('{');
+        const QVariantMap values = mesh->generator()->parameters();
+        for (auto it = values.constBegin(); it != values.constEnd(); ++it) {
+            if (it != values.constBegin())
+                out.raw(next);
+            out.string(it.key()).raw(QLatin1String(": ")).variant(*it);
+        }
+        out.raw('}').raw(next);
+    }
+    if (scene) {
+        out.key(key::position).vector(scene->GetPosition()).raw(next);
+        out.key(key::rotation).vector(scene->GetRotation()).raw(next);
+        out.key(key::scale).vector(scene->GetScale()).raw(next);
+    }
+    if (light)
+        out.key(key::shadowBlur).number(double(light->GetShadowBlur())).raw(next);
+    if (style == Style::File) {
+        const QLatin1String type = mesh ? key::shape : light ? key::light : key::group;
+        out.key(key::type).raw('"').raw(type).raw('"').raw(next);
+    } else {
+        out.key(key::type).number(qint64(node.GetNodeType())).raw(next);
+        if (mesh)
+            out.key(QLatin1String("vertexCount"))
+                .number(qint64(mesh->mesh()->vertexCount()))
+                .raw(next);
+    }
+    out.key(key::visible).boolean(node.IsVisible()).raw(next);
+}
+
+void indent(JsonText &out, int level)
+{
+    out.spaces(4 * std::min(level, SceneWriter::MaximumIndentLevel));
+}
+
+void SceneWriter::writeChildren(const BaseNode &parent,
+                                int level,
+                                const NodeFields &fields,
+                                JsonText &out)
+{
+    // The groups whose children are being written, each with the index of its next child.
+    std::vector<std::pair<const BaseNode *, std::size_t>> open{{&parent, 0}};
+    out.raw('[');
+    while (!open.empty() && out.ok()) {
+        auto &[node, next] = open.back();
+        const int childLevel = level + int(open.size());
+        if (next == node->GetChildren().size()) {
+            if (next > 0) {
+                out.raw('\n');
+                indent(out, childLevel - 1);
+            }
+            out.raw(']');
+            open.pop_back();
+            if (!open.empty())
+                out.raw('}'); // the group whose children these were
+            continue;
+        }
+        out.raw(next == 0 ? QLatin1String("\n") : QLatin1String(",\n"));
+        const BaseNode &child = *node->childNode(next++);
+        indent(out, childLevel);
+        out.raw('{');
+        fields(child, out);
+        out.key(key::children);
+        if (child.GetChildren().empty()) {
+            out.raw(QLatin1String("[]}"));
+        } else {
+            out.raw('[');
+            open.emplace_back(&child, 0); // node and next are not used after this
+        }
+    }
+}
+
+void SceneWriter::write(const Document &document, JsonText &out)
+{
+    const Camera &camera = *document.camera();
+    out.raw(QLatin1String("{\n"));
+    indent(out, 1);
+    out.key(key::ambient).number(double(document.GetAmbientIntensity())).raw(QLatin1String(",\n"));
+    indent(out, 1);
+    out.key(key::camera).raw('{');
+    out.key(key::aspectRatio).number(double(camera.GetAspectRatio())).raw(QLatin1String(", "));
+    out.key(key::distance).number(double(camera.GetDistance())).raw(QLatin1String(", "));
+    out.key(key::fieldOfView).number(double(camera.GetFieldOfView())).raw(QLatin1String(", "));
+    out.key(key::pitch).number(double(camera.pitch())).raw(QLatin1String(", "));
+    out.key(key::target).vector(camera.GetTarget());
+    out.raw(QLatin1String(", ")).key(key::yaw).number(double(camera.yaw()));
+    out.raw(QLatin1String("},\n"));
+    indent(out, 1);
+    out.key(key::format).string(QLatin1String(SceneFile::FormatName)).raw(QLatin1String(",\n"));
+    indent(out, 1);
+    out.key(key::lightingMode).number(qint64(document.lightingMode())).raw(QLatin1String(",\n"));
+    indent(out, 1);
+    out.key(key::root).raw('{').key(key::children);
+    writeChildren(
+        *document.root(),
+        1,
+        [](const BaseNode &node, JsonText &text) { nodeFields(node, Style::File, text); },
+        out);
+    out.raw(QLatin1String("},\n"));
+    indent(out, 1);
+    out.key(key::selection).raw('[');
+    bool first = true;
+    for (INode *node : document.GetSelection()) {
+        if (!std::exchange(first, false))
+            out.raw(QLatin1String(", "));
+        out.string(selectionPath(static_cast<const BaseNode *>(node)));
+    }
+    out.raw(QLatin1String("],\n"));
+    indent(out, 1);
+    out.key(key::version).number(qint64(SceneFile::CurrentVersion)).raw(QLatin1String("\n}\n"));
+}
 
 QByteArray SceneWriter::write(const Document &document)
 {
-    const Camera &camera = *document.camera();
-    QJsonArray selection;
-    for (INode *node : document.GetSelection())
-        selection.append(nodePath(static_cast<const BaseNode *>(node)));
-    QJsonArray children;
-    const BaseNode &root = *document.root();
-    for (std::size_t i = 0; i < root.GetChildren().size(); ++i)
-        children.append(nodeJson(*root.childNode(i)));
-    const QJsonObject top{
-        {key::format, QLatin1String(SceneFile::FormatName)},
-        {key::version, SceneFile::CurrentVersion},
-        {key::ambient, double(document.GetAmbientIntensity())},
-        {key::lightingMode, document.lightingMode()},
-        {key::camera,
-         QJsonObject{{key::target, vectorJson(camera.GetTarget())},
-                     {key::distance, double(camera.GetDistance())},
-                     {key::yaw, double(camera.yaw())},
-                     {key::pitch, double(camera.pitch())},
-                     {key::fieldOfView, double(camera.GetFieldOfView())},
-                     {key::aspectRatio, double(camera.GetAspectRatio())}}},
-        {key::selection, selection},
-        {key::root, QJsonObject{{key::children, children}}},
-    };
-    return QJsonDocument(top).toJson(QJsonDocument::Indented);
+    JsonText out;
+    write(document, out);
+    return out.text();
 }
 
-QString SceneWriter::tooDeepPlace(const Document &document)
+SceneReader::Refusal SceneWriter::check(const Document &document)
 {
-    std::vector<int> path;
-    if (!tooDeep(*document.root(), &path))
-        return QString();
-    QString place = key::root;
-    for (int index : path)
-        place = SceneReader::childPlace(place, index);
-    return place;
+    using Refusal = SceneReader::Refusal;
+    // Depth first without recursion: the groups being walked, each with the number of its
+    // children taken so far, so that the first entries spell the place of a node.
+    std::vector<std::pair<const BaseNode *, std::size_t>> open{{document.root(), 0}};
+    const auto place = [&open](std::size_t entries) {
+        QString text = key::root;
+        for (std::size_t k = 0; k < entries; ++k)
+            text = SceneReader::childPlace(text, int(open[k].second) - 1);
+        return text;
+    };
+    // The first of the values beyond limit, as the reader would refuse it.
+    const auto check = [](const QString &at, std::initializer_list<float> values, double limit) {
+        int i = 0;
+        for (const float value : values) {
+            if (!(std::abs(double(value)) <= limit)) {
+                const QString where
+                    = values.size() == 1 ? at : QStringLiteral("%1[%2]").arg(at).arg(i);
+                return Refusal{where, SceneReader::rangeProblem(double(value), limit)};
+            }
+            ++i;
+        }
+        return Refusal();
+    };
+
+    Refusal refusal
+        = check(key::ambient, {document.GetAmbientIntensity()}, SceneFile::MaximumOther);
+    if (refusal.problem.isEmpty()) {
+        const Vector3 target = document.camera()->GetTarget();
+        refusal = check(QStringLiteral("camera.target"),
+                        {target.x, target.y, target.z},
+                        SceneFile::MaximumPosition);
+    }
+    qint64 count = 0;
+    while (refusal.problem.isEmpty() && !open.empty()) {
+        auto &[node, next] = open.back();
+        if (next == node->GetChildren().size()) {
+            open.pop_back();
+            continue;
+        }
+        const BaseNode *child = node->childNode(next++);
+        open.emplace_back(child, 0);
+        const std::size_t depth = open.size() - 1; // the root's children are at depth 1
+        if (int(depth) > SceneFile::MaximumDepth)
+            return {place(depth), SceneReader::depthProblem()};
+        if (++count > SceneFile::MaximumNodeCount)
+            return {key::root,
+                    QStringLiteral("more than %1 nodes").arg(SceneFile::MaximumNodeCount)};
+        const auto field
+            = [&](QLatin1String name) { return place(depth) + QLatin1Char('.') + name; };
+        if (const auto *scene = qobject_cast<const SceneNode *>(child)) {
+            const Vector3 p = scene->GetPosition(), r = scene->GetRotation(), s = scene->GetScale();
+            refusal = check(field(key::position), {p.x, p.y, p.z}, SceneFile::MaximumPosition);
+            if (refusal.problem.isEmpty())
+                refusal = check(field(key::rotation), {r.x, r.y, r.z}, SceneFile::MaximumRotation);
+            if (refusal.problem.isEmpty())
+                refusal = check(field(key::scale), {s.x, s.y, s.z}, SceneFile::MaximumScale);
+        }
+        const auto *light = qobject_cast<const LightNode *>(child);
+        if (light && refusal.problem.isEmpty())
+            refusal
+                = check(field(key::intensity), {light->GetIntensity()}, SceneFile::MaximumOther);
+        if (light && refusal.problem.isEmpty())
+            refusal
+                = check(field(key::shadowBlur), {light->GetShadowBlur()}, SceneFile::MaximumOther);
+    }
+    return refusal;
 }
 
 } // namespace vantrel::host

@@ -3,10 +3,12 @@
 #include "hostapp/render/rendercommand.h"
 
 #include "hostapp/core/demo.h"
+#include "hostapp/core/filechecks.h"
 #include "hostapp/core/session.h"
 #include "hostapp/render/renderer.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QImageWriter>
 #include <QRegularExpression>
 #include <QSaveFile>
@@ -37,27 +39,50 @@ QString fileNamePart(const QString &step)
 
 } // namespace
 
+const char *pictureFormat(const QString &path)
+{
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    if (suffix == QLatin1String("png"))
+        return "png";
+    if (suffix == QLatin1String("jpg") || suffix == QLatin1String("jpeg"))
+        return "jpg";
+    return nullptr;
+}
+
 bool writePicture(const QImage &picture, const QString &path, QString *errorMessage)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        *errorMessage = QStringLiteral("cannot write %1: %2").arg(path, file.errorString());
-        return false;
-    }
-    QImageWriter writer(&file, "png");
-    if (!writer.write(picture)) {
-        *errorMessage = QStringLiteral("cannot write %1: %2").arg(path, writer.errorString());
+    auto refuse = [&](const QString &problem) {
+        *errorMessage = QStringLiteral("cannot write %1: %2").arg(path, problem);
         return false; // the temporary file goes; the previous file stays
+    };
+    const char *format = pictureFormat(path);
+    if (!format)
+        return refuse(QStringLiteral("the name must end in .png, .jpg or .jpeg"));
+    QString problem = host::outputFileProblem(path);
+    if (!problem.isEmpty())
+        return refuse(problem);
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return refuse(file.errorString());
+    QImageWriter writer(&file, format);
+    if (qstrcmp(format, "jpg") == 0)
+        writer.setQuality(95);
+    if (!writer.write(picture)) {
+        // A failed write of the file itself says more than the image writer's "Device error".
+        return refuse(file.error() != QFileDevice::NoError ? file.errorString()
+                                                           : writer.errorString());
     }
-    if (!file.commit()) {
-        *errorMessage = QStringLiteral("cannot write %1: %2").arg(path, file.errorString());
-        return false;
-    }
+    if (!host::commitFile(file, &problem))
+        return refuse(problem);
     return true;
 }
 
 int renderCommand(const RenderCommandOptions &options, QTextStream &out, QTextStream &err)
 {
+    // Before anything slow: a picture that could not be written would waste the whole run.
+    const QString problem = host::outputFileProblem(options.outPath);
+    if (!problem.isEmpty())
+        return failed(err, QStringLiteral("cannot write %1: %2").arg(options.outPath, problem));
     Renderer renderer;
     QString error;
     if (!renderer.initialize(&error))
