@@ -85,6 +85,17 @@ bool SceneFile::save(const QString &path, const Document &document, QString *err
     return true;
 }
 
+QString SceneFile::textProblem(const QString &text, int limit)
+{
+    if (text.size() > limit)
+        return QStringLiteral("is %1 characters long; the limit is %2").arg(text.size()).arg(limit);
+    for (const QChar c : text) {
+        if (c.unicode() < 0x20 || c.unicode() == 0x7f)
+            return QStringLiteral("holds a control character (code %1)").arg(c.unicode());
+    }
+    return QString();
+}
+
 QByteArray SceneFile::toJson(const Document &document)
 {
     return SceneWriter::write(document);

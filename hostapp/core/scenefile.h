@@ -28,15 +28,25 @@ public:
     static constexpr const char *FormatName = "vantrel-scene";
 
     // Limits that keep an absurd file from exhausting memory or the stack. A file beyond any of
-    // them is refused; save() refuses to write a scene beyond them.
-    static constexpr qint64 MaximumFileSize = qint64(64) << 20; // bytes (64 MiB)
-    static constexpr int MaximumNodeCount = 1000000;            // not counting the root
-    static constexpr int MaximumDepth = 256; // the root's children are at depth 1
+    // them is refused; save() refuses to write a scene beyond them. They agree: a scene within
+    // the node, depth and text limits always makes a file within the size limit (each node
+    // takes at most a few KiB of text), so whatever opens or is built within them can be saved.
+    static constexpr qint64 MaximumFileSize = qint64(1) << 30; // bytes (1 GiB)
+    static constexpr int MaximumNodeCount = 200000;            // not counting the root
+    static constexpr int MaximumDepth = 256;                   // the root's children are at depth 1
+    // Names and text parameters (a model's path), in characters; neither may hold a control
+    // character (a line break, a tab).
+    static constexpr int MaximumNameLength = 256;
+    static constexpr int MaximumTextLength = 1024;
     // Magnitudes, checked before any value reaches the scene.
     static constexpr double MaximumPosition = 1e7; // position, camera target (cm)
     static constexpr double MaximumRotation = 1e6; // degrees
     static constexpr double MaximumScale = 1e6;
     static constexpr double MaximumOther = 1e9; // every other number
+
+    // Why text cannot be a name (limit MaximumNameLength) or a text parameter (limit
+    // MaximumTextLength) in a scene file, or an empty string.
+    static QString textProblem(const QString &text, int limit);
 
     // A new document (no undo steps) with the scene of the file, or null with *errorMessage set.
     // The file name in messages is path as given. Relative model paths in the file start from

@@ -202,9 +202,10 @@ std::unique_ptr<Document> SceneReader::read(const QByteArray &json)
 
 QString SceneReader::sizeProblem(qint64 size)
 {
-    return QStringLiteral("the file is %1 bytes; scene files are limited to %2 MiB")
+    return QStringLiteral("the file is %1 bytes; scene files are limited to %2 bytes (%3 GiB)")
         .arg(size)
-        .arg(SceneFile::MaximumFileSize >> 20);
+        .arg(SceneFile::MaximumFileSize)
+        .arg(SceneFile::MaximumFileSize >> 30);
 }
 
 QString SceneReader::depthProblem()
@@ -466,6 +467,9 @@ bool SceneReader::readNode(const QJsonValue &value,
         return fail(field(place, key::name),
                     QStringLiteral("expected a string, found %1").arg(found(nameValue)));
     const QString name = nameValue.toString();
+    const QString nameProblem = SceneFile::textProblem(name, SceneFile::MaximumNameLength);
+    if (!nameProblem.isEmpty())
+        return fail(field(place, key::name), QStringLiteral("the name %1").arg(nameProblem));
     bool visible = true;
     Vector3 position;
     Vector3 rotation;
@@ -580,6 +584,10 @@ bool SceneReader::readParams(const QJsonValue &value,
         case QMetaType::QString:
             if (!given.isString())
                 return fail(here, QStringLiteral("expected a string, found %1").arg(found(given)));
+            if (const QString problem
+                = SceneFile::textProblem(given.toString(), SceneFile::MaximumTextLength);
+                !problem.isEmpty())
+                return fail(here, QStringLiteral("the text %1").arg(problem));
             wanted = QVariant(given.toString());
             break;
         default:

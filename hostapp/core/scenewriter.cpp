@@ -228,6 +228,22 @@ SceneReader::Refusal SceneWriter::check(const Document &document)
             if (refusal.problem.isEmpty())
                 refusal = check(field(key::scale), {s.x, s.y, s.z}, SceneFile::MaximumScale);
         }
+        if (const QString problem
+            = SceneFile::textProblem(child->GetName(), SceneFile::MaximumNameLength);
+            refusal.problem.isEmpty() && !problem.isEmpty())
+            refusal = {field(key::name), QStringLiteral("the name %1").arg(problem)};
+        const auto *mesh = qobject_cast<const MeshNode *>(child);
+        const QVariantMap params = mesh ? mesh->generator()->parameters() : QVariantMap();
+        for (auto it = params.constBegin(); it != params.constEnd() && refusal.problem.isEmpty();
+             ++it) {
+            if (it->userType() != QMetaType::QString)
+                continue;
+            if (const QString problem
+                = SceneFile::textProblem(it->toString(), SceneFile::MaximumTextLength);
+                !problem.isEmpty())
+                refusal = {field(key::params) + QLatin1Char('.') + it.key(),
+                           QStringLiteral("the text %1").arg(problem)};
+        }
         const auto *light = qobject_cast<const LightNode *>(child);
         if (light && refusal.problem.isEmpty())
             refusal

@@ -5,6 +5,8 @@
 
 #include "tests/faults/faultcase.h"
 
+#include <QTemporaryDir>
+
 namespace vantrel::test {
 
 namespace {
@@ -23,6 +25,32 @@ std::function<void(const QDir &)> sceneWith(const QByteArray &from, const QByteA
         QByteArray scene = smallScene();
         ASSERT_TRUE(scene.contains(from)) << from.toStdString();
         writeFile(dir, QStringLiteral("in.vscene"), scene.replace(from, to));
+    };
+}
+
+// A scene of count empty groups under the root, written compactly by hand.
+std::function<void(const QDir &)> groups(int count)
+{
+    return [count](const QDir &dir) {
+        QByteArray text = R"({"format": "vantrel-scene", "version": 1, "root": {"children": [)";
+        text += QByteArray(R"({"type": "group"},)").repeated(count - 1);
+        text += R"({"type": "group"}]}})";
+        writeFile(dir, QStringLiteral("groups.vscene"), text);
+    };
+}
+
+// The saved scene opens again, and the expression gives what it should there.
+std::function<void(const QDir &, const FaultRun &)>
+reopens(const QString &name, const QString &expression, const QString &expected)
+{
+    return [=](const QDir &dir, const FaultRun &) {
+        const FaultRun again = runVantrel({QStringLiteral("run"),
+                                           dir.filePath(name),
+                                           QStringLiteral("-e"),
+                                           QStringLiteral("print(%1)").arg(expression)},
+                                          dir);
+        EXPECT_EQ(again.exitCode, 0) << again.err.toStdString();
+        EXPECT_EQ(again.out.trimmed().toStdString(), expected.toStdString());
     };
 }
 
@@ -106,6 +134,38 @@ std::vector<FaultCase> fileCases()
          .exitCode = 1,
          .message = "in\\.vscene:[0-9]+:[0-9]+: the key \"name\" appears twice",
          .prepare = sceneWith("\"name\": \"Box\",", "\"name\": \"Box\", \"name\": \"Crate\",")},
+        // What opens or is built within the documented limits can be saved, dumped and opened
+        // again; one node more is refused at once.
+        {.name = "AsManyNodesAsTheLimitOpenDumpAndSave",
+         .arguments = {"run",
+                       "{dir}/groups.vscene",
+                       "-e",
+                       "print(document.dump().length > 0)",
+                       "--save",
+                       "{dir}/saved.vscene"},
+         .exitCode = 0,
+         .prepare = groups(200000),
+         .check = reopens(QStringLiteral("saved.vscene"),
+                          QStringLiteral("document.root.children.length"),
+                          QStringLiteral("200000")),
+         .timeoutSeconds = 50},
+        {.name = "OneNodeBeyondTheLimitIsRefused",
+         .arguments = {"run", "{dir}/groups.vscene"},
+         .exitCode = 1,
+         .message = "groups\\.vscene: root: more than 200000 nodes",
+         .prepare = groups(200001)},
+        {.name = "LargestStackSaves",
+         .arguments = {"run",
+                       "-e",
+                       "var book = document.root.addShape('generator.Book.HardCover', 'Book');"
+                       "tools.stack([book], {repeats: 100000})",
+                       "--save",
+                       "{dir}/stack.vscene"},
+         .exitCode = 0,
+         .check = reopens(QStringLiteral("stack.vscene"),
+                          QStringLiteral("document.findNode('Stack').children.length"),
+                          QStringLiteral("100000")),
+         .timeoutSeconds = 50},
         {.name = "SceneControlCharacterInString",
          .arguments = {"run", "{dir}/in.vscene"},
          .exitCode = 1,
@@ -117,5 +177,40 @@ std::vector<FaultCase> fileCases()
 } // namespace
 
 INSTANTIATE_TEST_SUITE_P(Files, FaultTest, ::testing::ValuesIn(fileCases()), faultCaseName);
+
+} // namespace vantrel::test
+
+namespace vantrel::test {
+
+// The picture's format follows the name's suffix, whatever its letter case.
+TEST(RenderOut, WritesTheFormatItsSuffixNames)
+{
+    if (qEnvironmentVariableIsEmpty("DISPLAY"))
+        GTEST_SKIP() << "drawing needs an X display for OpenGL (run under xvfb-run)";
+    QTemporaryDir temporary;
+    const QDir dir(temporary.path());
+    const struct
+    {
+        const char *name;
+        QByteArray magic;
+    } pictures[] = {{"a.png", "\x89PNG\r\n"},
+                    {"b.PNG", "\x89PNG\r\n"},
+                    {"c.jpg", "\xff\xd8\xff"},
+                    {"d.JPEG", "\xff\xd8\xff"}};
+    for (const auto &picture : pictures) {
+        const FaultRun run
+            = runVantrel({QStringLiteral("render"),
+                          QStringLiteral("-e"),
+                          QStringLiteral("document.root.addShape('generator.Boxes.Box', 'Box')"),
+                          QStringLiteral("--width"),
+                          QStringLiteral("64"),
+                          QStringLiteral("--out"),
+                          dir.filePath(QLatin1String(picture.name))},
+                         dir);
+        EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+        EXPECT_TRUE(readFile(dir.filePath(QLatin1String(picture.name))).startsWith(picture.magic))
+            << picture.name;
+    }
+}
 
 } // namespace vantrel::test

@@ -16,6 +16,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
+#include <cstdio>
 #include <set>
 
 using namespace vantrel::host;
@@ -290,20 +291,23 @@ TEST(SceneFile, RefusesUnreadableAndAbsurdlyLargeInputAndTakesTheLimitsThemselve
     // A sparse file: the size is refused before a byte is read.
     const QString huge = dir.filePath(QStringLiteral("huge.json"));
     QFile file(huge);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.resize(64 * 1024 * 1024 + 1));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.resize(SceneFile::MaximumFileSize + 1));
     file.close();
     EXPECT_EQ(SceneFile::load(huge, &error), nullptr);
-    EXPECT_EQ(error.toStdString(),
-              QString(huge + ": the file is 67108865 bytes; scene files are limited to 64 MiB")
-                  .toStdString());
+    EXPECT_EQ(
+        error.toStdString(),
+        QString(
+            huge
+            + ": the file is 1073741825 bytes; scene files are limited to 1073741824 bytes (1 GiB)")
+            .toStdString());
 
     // One node past the limit, refused before a million nodes are built.
     QByteArray many = "{\"format\": \"vantrel-scene\", \"version\": 1, \"root\": {\"children\": [";
-    many += QByteArray("{\"type\": \"group\"},").repeated(1000000);
+    many += QByteArray("{\"type\": \"group\"},").repeated(SceneFile::MaximumNodeCount);
     many += "{\"type\": \"group\"}]}}";
     EXPECT_EQ(SceneFile::fromJson(many, "many.json", &error), nullptr);
     EXPECT_EQ(error.toStdString(),
-              QString("many.json: root: more than 1000000 nodes").toStdString());
+              QString("many.json: root: more than 200000 nodes").toStdString());
 
     // The limits themselves are allowed.
     EXPECT_TRUE(SceneFile::fromJson(nested(256).toUtf8(), "deep.json", &error))
@@ -393,4 +397,69 @@ TEST(SceneFile, WriteFailureHalfWayLeavesThePreviousFile)
     const auto [roomyCode, roomyMessage] = saveWithLimit(sceneBytes.size() + 1);
     EXPECT_EQ(roomyCode, 0) << qPrintable(roomyMessage);
     EXPECT_EQ(readAll(target), sceneBytes);
+}
+
+// The limits agree: a scene within the node, depth and text limits makes a file within the size
+// limit, so that whatever opens or is built within them can be saved. The bound is derived from
+// the writer's real output: the longest line a node of each kind can have, at the deepest level,
+// with a name of the longest UTF-8 encoding, every number as long as a number's text can be and
+// every text parameter at its limit.
+TEST(SceneFile, EveryNodeWithinTheLimitsFitsTheFileLimit)
+{
+    const QString longestName(SceneFile::MaximumNameLength, QChar(0x20ac)); // 3 bytes in UTF-8
+    Document document;
+    BaseNode *parent = document.root();
+    for (int level = 1; level < SceneFile::MaximumDepth; ++level)
+        parent = group(parent, QString());
+    auto *light = static_cast<LightNode *>(parent->CreateChildLight(longestName));
+    light->SetCastShadows(true);
+    group(parent, longestName);
+    for (const QByteArray &id : generatorIdentifiers()) {
+        MeshNode *shape = parent->createChildShape(id, longestName);
+        if (shape->generator()->parameters().contains(QStringLiteral("path")))
+            shape->generator()->setProperty("path", s_jar);
+    }
+    const QByteArray text = SceneFile::toJson(document);
+    QString error;
+    ASSERT_TRUE(SceneFile::fromJson(text, QStringLiteral("deepest.json"), &error))
+        << qPrintable(error);
+
+    // The shortest-round-trip text of a double is at most 24 characters
+    // ("-2.2250738585072014e-308").
+    static const QRegularExpression number(QStringLiteral("-?[0-9][0-9.e+-]*"));
+    static const QRegularExpression string(QStringLiteral("\"path\": \"[^\"]*\""));
+    qint64 longest = 0;
+    int lines = 0;
+    for (const QByteArray &line : text.split('\n')) {
+        if (!line.contains(longestName.toUtf8()))
+            continue;
+        ++lines;
+        QString bound = QString::fromUtf8(line);
+        bound.replace(number, QStringLiteral("-2.2250738585072014e-308"));
+        bound.replace(string,
+                      QStringLiteral("\"path\": \"%1\"")
+                          .arg(QString(SceneFile::MaximumTextLength, QChar(0x20ac))));
+        longest = std::max<qint64>(longest, bound.toUtf8().size() + 1);
+    }
+    EXPECT_EQ(lines, int(generatorIdentifiers().size()) + 2) << "a line for every node";
+    const qint64 topLevel = text.left(text.indexOf("\"children\": [")).size() + 4096;
+    std::printf("longest node line: %lld bytes\n", (long long) longest);
+    EXPECT_LE(SceneFile::MaximumNodeCount * longest + topLevel, SceneFile::MaximumFileSize)
+        << "the longest node line is " << longest << " bytes";
+
+    // Beyond the text limits, neither a file nor a save takes the node.
+    Document tooLong;
+    group(tooLong.root(), QString(SceneFile::MaximumNameLength + 1, QLatin1Char('x')));
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("long.json"));
+    EXPECT_FALSE(SceneFile::save(path, tooLong, &error));
+    EXPECT_EQ(error.toStdString(),
+              ("Cannot save " + path
+               + ": root.children[0].name: the name is 257 characters long; the limit is 256")
+                  .toStdString());
+    const QByteArray tabbed = R"({"format": "vantrel-scene", "version": 1, "root": {"children": [
+             {"type": "group", "name": "A\tB"}]}})";
+    EXPECT_FALSE(SceneFile::fromJson(tabbed, QStringLiteral("tab.json"), &error));
+    EXPECT_EQ(error.toStdString(),
+              "tab.json: root.children[0].name: the name holds a control character (code 9)");
 }
