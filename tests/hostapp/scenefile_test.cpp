@@ -19,6 +19,8 @@
 #include <cstdio>
 #include <set>
 
+#include <sys/stat.h>
+
 using namespace vantrel::host;
 
 namespace {
@@ -337,6 +339,19 @@ TEST(SceneFile, FailedSaveSaysWhyAndKeepsThePreviousFile)
     EXPECT_EQ(error.toStdString(),
               QString("Cannot save " + folder + ": is a folder").toStdString());
     EXPECT_TRUE(QFileInfo(folder).isDir());
+
+    // A FIFO stays a FIFO: a temporary file renamed over it would replace it.
+    const QString fifo = dir.filePath(QStringLiteral("fifo.json"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    EXPECT_FALSE(SceneFile::save(fifo, document, &error));
+    EXPECT_EQ(error.toStdString(),
+              QString("Cannot save " + fifo + ": is not a regular file (a device, FIFO or socket)")
+                  .toStdString());
+    EXPECT_FALSE(QFileInfo(fifo).isFile());
+    EXPECT_EQ(SceneFile::load(fifo, &error), nullptr) << "refused at once, not read for ever";
+    EXPECT_EQ(error.toStdString(),
+              QString(fifo + ": is not a regular file (a device, FIFO or socket)").toStdString());
+    ASSERT_TRUE(QFile::remove(fifo));
 
     // Scenes the loader would refuse are not written, so the user keeps a file that opens.
     const QString previous = dir.filePath(QStringLiteral("shelf.json"));
