@@ -8,6 +8,10 @@
 #include "hostapp/core/lightnode.h"
 #include "hostapp/core/meshnode.h"
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 namespace vantrel::host {
 
 BaseNode::BaseNode(Document *document, int type, QString name)
@@ -77,6 +81,28 @@ bool BaseNode::isWithin(const BaseNode *other) const
             return true;
     }
     return false;
+}
+
+int BaseNode::depth() const
+{
+    int levels = 0;
+    for (const BaseNode *node = m_parent; node; node = node->m_parent)
+        ++levels;
+    return levels;
+}
+
+int BaseNode::height() const
+{
+    int deepest = 0;
+    std::vector<std::pair<const BaseNode *, int>> pending{{this, 0}};
+    while (!pending.empty()) {
+        const auto [node, level] = pending.back();
+        pending.pop_back();
+        deepest = std::max(deepest, level);
+        for (std::size_t i = 0; i < node->m_children.size(); ++i)
+            pending.emplace_back(node->childNode(i), level + 1);
+    }
+    return deepest;
 }
 
 std::unique_ptr<BaseNode> BaseNode::cloneTree() const

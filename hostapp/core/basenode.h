@@ -51,6 +51,9 @@ public:
     bool isInScene() const;
     // Whether this node is other or lies below it.
     bool isWithin(const BaseNode *other) const;
+    // Levels above the node (0 for a node without a parent), and below it (0 for a leaf).
+    int depth() const;
+    int height() const;
 
     // A deep copy of the subtree, not yet in any tree and not recorded. Mesh nodes share their
     // mesh data with the copy.

@@ -233,11 +233,13 @@ void Document::MoveNodes(INode *parent, int index, const std::vector<INode *> &n
         return;
     std::vector<BaseNode *> moved;
     moved.reserve(nodes.size());
+    const int depth = target->depth() + 1; // the moved nodes' new depth
     for (INode *node : nodes) {
         BaseNode *own = ownNode(node);
         // A node cannot go below itself: that would cut its subtree out of the scene.
         if (own && own != m_root.get() && !own->m_marked && own->isInScene()
-            && !target->isWithin(own)) {
+            && !target->isWithin(own)
+            && (depth <= own->depth() || depth + own->height() <= MaximumTreeDepth)) {
             own->m_marked = true;
             moved.push_back(own);
         }

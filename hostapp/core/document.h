@@ -33,6 +33,12 @@ public:
     // Selection modes (SetSelection).
     enum SelectionMode { AddToSelection = 0, RemoveFromSelection = 1, ReplaceSelection = 2 };
 
+    // No move puts a node deeper than this many levels below the root. Scripts cannot nest
+    // nodes deeper than a scene file holds (SceneFile::MaximumDepth); this bound, well above
+    // it, stops a tool run over and over again (each Step and Repeat wraps its shape in one
+    // group more) from growing a tree so deep that walking it would exhaust the call stack.
+    static constexpr int MaximumTreeDepth = 1024;
+
     explicit Document(QObject *parent = nullptr);
     ~Document() override;
 

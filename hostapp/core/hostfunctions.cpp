@@ -75,21 +75,31 @@ void UpdateBBoxRecursive(TBBox<float> &box, const INode *node, const Matrix &par
 {
     if (!node)
         return;
-    Matrix global;
-    MultiplyMatrices(global, node->GetLocalMatrix(), parentFrame);
-    // Every vertex is transformed: the corners of a transformed local box would overestimate a
-    // rotated shape and leave it floating above the floor.
-    if (const IMeshNode *mesh = qobject_cast<IMeshNode *>(node)) {
-        for (const IMeshPart *part : mesh->GetMeshParts()) {
-            for (const VertexRecord &v : part->GetVertices()) {
-                Vector3 p(v.position[0], v.position[1], v.position[2]);
-                TransformPoint(p, global);
-                ExtendBox(box, p);
+    // The subtree in pre-order with a stack of its own, each node with its global frame, so that
+    // a tree however deep cannot exhaust the call stack. Every vertex is transformed: the
+    // corners of a transformed local box would overestimate a rotated shape and leave it
+    // floating above the floor.
+    std::vector<std::pair<const INode *, Matrix>> pending;
+    pending.emplace_back(node, Matrix());
+    MultiplyMatrices(pending.back().second, node->GetLocalMatrix(), parentFrame);
+    while (!pending.empty()) {
+        const auto [current, global] = pending.back();
+        pending.pop_back();
+        if (const IMeshNode *mesh = qobject_cast<IMeshNode *>(current)) {
+            for (const IMeshPart *part : mesh->GetMeshParts()) {
+                for (const VertexRecord &v : part->GetVertices()) {
+                    Vector3 p(v.position[0], v.position[1], v.position[2]);
+                    TransformPoint(p, global);
+                    ExtendBox(box, p);
+                }
             }
         }
+        const std::vector<INode *> &children = current->GetChildren();
+        for (auto it = children.rbegin(); it != children.rend(); ++it) {
+            pending.emplace_back(*it, Matrix());
+            MultiplyMatrices(pending.back().second, (*it)->GetLocalMatrix(), global);
+        }
     }
-    for (const INode *child : node->GetChildren())
-        UpdateBBoxRecursive(box, child, global);
 }
 
 void CalculateViewMatrix(Matrix &view, const Matrix &cameraGlobal)
