@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "host/hostexport.h"
 #include "hostapp/core/mesh.h"
 #include "hostapp/core/modelfile.h"
 
@@ -19,7 +20,7 @@ namespace vantrel::host {
 // Runs in the reading process that ModelReaderProcess starts, so it may crash, loop or run out
 // of memory without harm to the program; it uses nothing but the importer, Qt's file and JSON
 // classes and plain computation, which are safe in a process forked from a threaded one.
-class ModelImport
+class VANTREL_HOST_EXPORT ModelImport
 {
 public:
     // The parts of the model at path, or false with *problem set (without the path). The node
