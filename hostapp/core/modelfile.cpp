@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/modelfile.h"
 
-#include "hostapp/core/meshbuilder.h"
+#include "hostapp/core/modelreaderprocess.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -11,27 +11,11 @@
 #include <QMutex>
 #include <QMutexLocker>
 
-#include <assimp/Importer.hpp>
-#include <assimp/config.h>
-#include <assimp/postprocess.h>
-#include <assimp/scene.h>
-
-#include <cmath>
-#include <utility>
-#include <vector>
+#include <iterator>
 
 namespace vantrel::host {
 
 namespace {
-
-// Normals are generated smooth across edges flatter than this (degrees) and sharp beyond, as
-// the shape generators shade their rounded corners and crisp edges.
-constexpr float SmoothingAngle = 50.f;
-
-// Before joining identical vertices, a triangle soup (such as STL or an OBJ without shared
-// corners) holds up to three vertex records per triangle, so the importer's first count is
-// allowed that much more than the finished mesh.
-constexpr qint64 UnjoinedVertexFactor = 3;
 
 // A file is read again only when one of these changes; the modification time alone misses a
 // rewrite within the file system's time resolution.
@@ -56,93 +40,28 @@ struct CacheEntry
 QMutex s_cacheMutex;
 QHash<QString, CacheEntry> s_cache;
 
-QString problemOf(const QString &path, const QString &problem)
+// Problems that need no importer, in the system's own terms (before the importer's less specific
+// "Unable to open file"); empty when the file is worth reading.
+QString problemBeforeReading(const QString &path)
 {
-    return QStringLiteral("%1: %2").arg(path, problem);
-}
-
-// The vertex records the finished mesh would have, counting a mesh once for each node that
-// places it, as pre-transforming the vertices will. Stops counting beyond limit. Walks the
-// node tree without recursion, so that a file of absurdly nested nodes cannot exhaust the
-// stack.
-qint64 placedVertexCount(const aiScene &scene, qint64 limit)
-{
-    qint64 count = 0;
-    std::vector<const aiNode *> pending;
-    if (scene.mRootNode)
-        pending.push_back(scene.mRootNode);
-    while (!pending.empty() && count <= limit) {
-        const aiNode *node = pending.back();
-        pending.pop_back();
-        for (unsigned int i = 0; i < node->mNumMeshes; ++i) {
-            if (node->mMeshes[i] < scene.mNumMeshes)
-                count += scene.mMeshes[node->mMeshes[i]]->mNumVertices;
-        }
-        for (unsigned int i = 0; i < node->mNumChildren; ++i)
-            pending.push_back(node->mChildren[i]);
+    const QFileInfo info(path);
+    if (!info.exists())
+        return QStringLiteral("no such file");
+    if (info.isDir())
+        return QStringLiteral("is a folder, not a model file");
+    if (!info.isFile()) // a device or a pipe, which could block a read for ever
+        return QStringLiteral("is not a regular file");
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return QStringLiteral("cannot read the file: %1").arg(file.errorString());
+    if (file.size() == 0)
+        return QStringLiteral("the file is empty");
+    if (file.size() > ModelFile::MaximumFileSize) {
+        return QStringLiteral("the file is %1 bytes; model files are limited to %2 MiB")
+            .arg(file.size())
+            .arg(ModelFile::MaximumFileSize >> 20);
     }
-    return count;
-}
-
-// Whether any face has a surface: polygons become triangles, points and lines are dropped.
-bool hasSurface(const aiScene &scene)
-{
-    for (unsigned int m = 0; m < scene.mNumMeshes; ++m) {
-        const aiMesh &mesh = *scene.mMeshes[m];
-        for (unsigned int f = 0; f < mesh.mNumFaces; ++f) {
-            if (mesh.mFaces[f].mNumIndices >= 3)
-                return true;
-        }
-    }
-    return false;
-}
-
-bool finite(const aiVector3D &v)
-{
-    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
-
-// One part of the mesh from one triangulated mesh of the file; false when a coordinate is not a
-// finite number (a corrupt file that still passed the importer's checks).
-bool convert(const aiMesh &source, std::vector<std::unique_ptr<MeshPart>> *parts)
-{
-    std::vector<VertexRecord> vertices(source.mNumVertices);
-    const aiVector3D *texCoords = source.HasTextureCoords(0) ? source.mTextureCoords[0] : nullptr;
-    for (unsigned int i = 0; i < source.mNumVertices; ++i) {
-        VertexRecord &v = vertices[i];
-        const aiVector3D &p = source.mVertices[i];
-        if (!finite(p))
-            return false;
-        v.position[0] = p.x;
-        v.position[1] = p.y;
-        v.position[2] = p.z;
-        // The importer generated normals where the file had none; a degenerate triangle can
-        // still leave a zero or invalid one, and every host mesh promises unit normals.
-        aiVector3D n = source.HasNormals() ? source.mNormals[i] : aiVector3D();
-        const float length = n.Length();
-        n = std::isfinite(length) && length > 1e-20f ? n / length : aiVector3D(0.f, 0.f, 1.f);
-        v.normal[0] = n.x;
-        v.normal[1] = n.y;
-        v.normal[2] = n.z;
-        if (texCoords) {
-            v.texCoord[0] = std::isfinite(texCoords[i].x) ? texCoords[i].x : 0.f;
-            v.texCoord[1] = std::isfinite(texCoords[i].y) ? texCoords[i].y : 0.f;
-        }
-    }
-    std::vector<quint32> indices;
-    indices.reserve(std::size_t(source.mNumFaces) * 3);
-    for (unsigned int f = 0; f < source.mNumFaces; ++f) {
-        const aiFace &face = source.mFaces[f];
-        if (face.mNumIndices != 3)
-            continue; // a point or line that sorting by primitive type left in a mixed mesh
-        for (unsigned int k = 0; k < 3; ++k)
-            indices.push_back(face.mIndices[k]);
-    }
-    if (indices.empty())
-        return true;
-    MeshBuilder::computeTangents(vertices, indices);
-    parts->push_back(std::make_unique<MeshPart>(std::move(vertices), std::move(indices)));
-    return true;
+    return QString();
 }
 
 } // namespace
@@ -150,21 +69,8 @@ bool convert(const aiMesh &source, std::vector<std::unique_ptr<MeshPart>> *parts
 MeshPtr ModelFile::load(const QString &path, QString *errorMessage)
 {
     const QFileInfo info(path);
-    // Problems that need no reading are reported in the system's own terms, before the
-    // importer's less specific "Unable to open file".
-    QString problem;
-    if (!info.exists())
-        problem = QStringLiteral("no such file");
-    else if (info.isDir())
-        problem = QStringLiteral("is a folder, not a model file");
-    else if (!info.isFile()) // a device or a pipe, which could block a read for ever
-        problem = QStringLiteral("is not a regular file");
-    if (!problem.isEmpty()) {
-        if (errorMessage)
-            *errorMessage = problemOf(path, problem);
-        return nullptr;
-    }
-
+    if (!info.isFile())
+        return read(path, Limits(), errorMessage); // which names the problem
     const QString key = info.canonicalFilePath();
     const FileStamp stamp = {info.size(), info.lastModified()};
     {
@@ -176,12 +82,9 @@ MeshPtr ModelFile::load(const QString &path, QString *errorMessage)
         }
     }
 
-    MeshPtr mesh = read(path, &problem);
-    if (!mesh) {
-        if (errorMessage)
-            *errorMessage = problemOf(path, problem);
+    MeshPtr mesh = read(path, Limits(), errorMessage);
+    if (!mesh)
         return nullptr;
-    }
     QMutexLocker locker(&s_cacheMutex);
     for (auto it = s_cache.begin(); it != s_cache.end();)
         it = it->mesh.expired() ? s_cache.erase(it) : std::next(it);
@@ -189,97 +92,13 @@ MeshPtr ModelFile::load(const QString &path, QString *errorMessage)
     return mesh;
 }
 
-MeshPtr ModelFile::read(const QString &path, QString *problem)
+MeshPtr ModelFile::read(const QString &path, const Limits &limits, QString *errorMessage)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        *problem = QStringLiteral("cannot read the file: %1").arg(file.errorString());
-        return nullptr;
-    }
-    if (file.size() == 0) {
-        *problem = QStringLiteral("the file is empty");
-        return nullptr;
-    }
-    if (file.size() > MaximumFileSize) {
-        *problem = QStringLiteral("the file is %1 bytes; model files are limited to %2 MiB")
-                       .arg(file.size())
-                       .arg(MaximumFileSize >> 20);
-        return nullptr;
-    }
-    file.close();
-
-    Assimp::Importer importer;
-    // Points and lines have no surface to show; removing them leaves only triangle meshes.
-    importer.SetPropertyInteger(AI_CONFIG_PP_SBP_REMOVE,
-                                aiPrimitiveType_POINT | aiPrimitiveType_LINE);
-    importer.SetPropertyFloat(AI_CONFIG_PP_GSN_MAX_SMOOTHING_ANGLE, SmoothingAngle);
-    // The importer's own check reads an area below 1e-6 as degenerate, in the file's units: that
-    // would eat the small triangles of a detailed model in metres.
-    importer.SetPropertyBool(AI_CONFIG_PP_FD_CHECKAREA, false);
-    importer.SetPropertyBool(AI_CONFIG_PP_FD_REMOVE, true);
-
-    // Read and check the structure first, and count before the steps that multiply data
-    // (baking instanced pieces into every placement), so that a small hostile file cannot make
-    // those steps exhaust memory.
-    const QByteArray nativePath = QFile::encodeName(path);
-    const aiScene *scene
-        = importer.ReadFile(nativePath.constData(), aiProcess_ValidateDataStructure);
-    if (!scene) {
-        *problem = QString::fromUtf8(importer.GetErrorString());
-        return nullptr;
-    }
-    if (!hasSurface(*scene)) {
-        *problem = QStringLiteral("contains no triangles");
-        return nullptr;
-    }
-    const qint64 rawLimit = UnjoinedVertexFactor * MaximumVertexCount;
-    if (placedVertexCount(*scene, rawLimit) > rawLimit) {
-        *problem = QStringLiteral("more than %1 vertices before identical ones are joined; "
-                                  "models are limited to %2 vertices")
-                       .arg(rawLimit)
-                       .arg(MaximumVertexCount);
-        return nullptr;
-    }
-    scene = importer.ApplyPostProcessing(aiProcess_Triangulate | aiProcess_FindDegenerates
-                                         | aiProcess_SortByPType | aiProcess_GenSmoothNormals
-                                         | aiProcess_PreTransformVertices
-                                         | aiProcess_JoinIdenticalVertices | aiProcess_FlipUVs);
-    if (!scene) {
-        *problem = QString::fromUtf8(importer.GetErrorString());
-        return nullptr;
-    }
-
-    qint64 vertexCount = 0;
-    qint64 triangleCount = 0;
-    for (unsigned int m = 0; m < scene->mNumMeshes; ++m) {
-        vertexCount += scene->mMeshes[m]->mNumVertices;
-        triangleCount += scene->mMeshes[m]->mNumFaces;
-    }
-    if (vertexCount > MaximumVertexCount) {
-        *problem = QStringLiteral("%1 vertices; models are limited to %2")
-                       .arg(vertexCount)
-                       .arg(MaximumVertexCount);
-        return nullptr;
-    }
-    if (triangleCount > MaximumTriangleCount) {
-        *problem = QStringLiteral("%1 triangles; models are limited to %2")
-                       .arg(triangleCount)
-                       .arg(MaximumTriangleCount);
-        return nullptr;
-    }
-
-    std::vector<std::unique_ptr<MeshPart>> parts;
-    for (unsigned int m = 0; m < scene->mNumMeshes; ++m) {
-        if (!convert(*scene->mMeshes[m], &parts)) {
-            *problem = QStringLiteral("contains coordinates that are not finite numbers");
-            return nullptr;
-        }
-    }
-    if (parts.empty()) {
-        *problem = QStringLiteral("contains no triangles");
-        return nullptr;
-    }
-    return std::make_shared<const Mesh>(std::move(parts));
+    QString problem = problemBeforeReading(path);
+    MeshPtr mesh = problem.isEmpty() ? ModelReaderProcess::read(path, limits, &problem) : nullptr;
+    if (!mesh && errorMessage)
+        *errorMessage = QStringLiteral("%1: %2").arg(path, problem);
+    return mesh;
 }
 
 } // namespace vantrel::host

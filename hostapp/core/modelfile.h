@@ -19,6 +19,12 @@ namespace vantrel::host {
 // generated where it has none (smooth across edges under 50 degrees, sharp beyond). Texture
 // coordinates come from the first channel, with v running down the image as in every host mesh.
 //
+// Reading is bounded before the heavy work, whatever the file: a glTF file's node graph is
+// checked before the importer sees it (see GltfNodeGraph), and the importer runs in a child
+// process with limits of its own on memory and time (see ModelReaderProcess), so that a file
+// that makes it crash, loop or swallow memory costs a message, never the program and the
+// user's unsaved scene.
+//
 // Call on the GUI thread. Nothing here shows UI: failures come back as messages that name the
 // file, as "<path>: no such file" or "<path>: contains no triangles".
 class VANTREL_HOST_EXPORT ModelFile
@@ -30,6 +36,24 @@ public:
     static constexpr qint64 MaximumFileSize = qint64(512) << 20; // bytes (512 MiB)
     static constexpr int MaximumVertexCount = 5000000;
     static constexpr int MaximumTriangleCount = 10000000;
+    // The file's node tree: levels below the top (whose own nodes are level 1), and nodes in all
+    // with a node counted once for each path that reaches it, as the importer copies it.
+    static constexpr int MaximumNodeDepth = 256;
+    static constexpr qint64 MaximumNodeCount = 100000;
+    // What reading one model may take: memory beyond what the program already uses, and time
+    // (wall clock, and processor time in the reading process).
+    static constexpr qint64 MaximumReadMemory = qint64(4096) << 20; // bytes (4 GiB)
+    static constexpr int MaximumReadSeconds = 60;
+
+    // The limits of one reading; load() reads with the defaults. Tests narrow them to reach a
+    // limit quickly, or widen the node checks to let a hostile graph through to the importer.
+    struct Limits
+    {
+        int nodeDepth = MaximumNodeDepth;
+        qint64 nodeCount = MaximumNodeCount;
+        qint64 memoryBytes = MaximumReadMemory;
+        int timeMilliseconds = MaximumReadSeconds * 1000;
+    };
 
     // The model at path (relative paths are taken from the working directory), or null with
     // *errorMessage set. A file read before and unchanged since (the same file, size and
@@ -37,8 +61,9 @@ public:
     // of that file then shares one mesh.
     static MeshPtr load(const QString &path, QString *errorMessage);
 
-private:
-    static MeshPtr read(const QString &path, QString *problem);
+    // The model at path read now, past the cache, within limits; null with *errorMessage set
+    // ("<path>: <problem>").
+    static MeshPtr read(const QString &path, const Limits &limits, QString *errorMessage);
 };
 
 } // namespace vantrel::host

@@ -14,10 +14,14 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
+
+#include <sys/stat.h>
 
 using namespace vantrel::host;
 using vantrel::test::dump;
@@ -102,15 +106,19 @@ const QByteArray s_boxObj
       "f 1 4 3 2\nf 5 6 7 8\nf 1 2 6 5\nf 2 3 7 6\nf 3 4 8 7\nf 4 1 5 8\n";
 
 // A glTF file whose one mesh is a triangle over the first three of the positions (x, y, z
-// floats), placed once by each of the nodes (JSON objects), with the buffer embedded.
-QByteArray gltf(const QStringList &nodes, const std::vector<float> &positions)
+// floats), placed by the nodes (JSON objects), with the buffer embedded. The scene lists the
+// given nodes, or every node when none are given.
+QByteArray gltf(const QStringList &nodes,
+                const std::vector<float> &positions,
+                QStringList sceneNodes = QStringList())
 {
     QByteArray buffer(reinterpret_cast<const char *>(positions.data()), int(positions.size() * 4));
     const int indexOffset = buffer.size();
     buffer.append(QByteArray::fromHex("0000010002000000")); // 0, 1, 2 and padding, 16 bits each
-    QStringList indices;
-    for (int i = 0; i < nodes.size(); ++i)
-        indices.append(QString::number(i));
+    if (sceneNodes.isEmpty()) {
+        for (int i = 0; i < nodes.size(); ++i)
+            sceneNodes.append(QString::number(i));
+    }
     return QStringLiteral(R"({"asset": {"version": "2.0"}, "scene": 0,
         "scenes": [{"nodes": [%1]}], "nodes": [%2],
         "meshes": [{"primitives": [{"attributes": {"POSITION": 0}, "indices": 1}]}],
@@ -119,12 +127,58 @@ QByteArray gltf(const QStringList &nodes, const std::vector<float> &positions)
                         {"buffer": 0, "byteOffset": %5, "byteLength": 6}],
         "accessors": [{"bufferView": 0, "componentType": 5126, "count": %6, "type": "VEC3"},
                       {"bufferView": 1, "componentType": 5123, "count": 3, "type": "SCALAR"}]})")
-        .arg(indices.join(','), nodes.join(','))
+        .arg(sceneNodes.join(','), nodes.join(','))
         .arg(buffer.size())
         .arg(QString::fromLatin1(buffer.toBase64()))
         .arg(indexOffset)
         .arg(positions.size() / 3)
         .toUtf8();
+}
+
+const std::vector<float> s_triangle = {0, 0, 0, 1, 0, 0, 0, 1, 0};
+
+// Node i lists node i + 1; the last of the count shows the triangle. The scene lists node 0.
+QByteArray chainGltf(int count)
+{
+    QStringList nodes;
+    for (int i = 0; i + 1 < count; ++i)
+        nodes.append(QStringLiteral(R"({"children": [%1]})").arg(i + 1));
+    nodes.append(QStringLiteral(R"({"mesh": 0})"));
+    return gltf(nodes, s_triangle, {"0"});
+}
+
+// Node 0 shows the triangle and each of the levels further nodes lists the one before it twice,
+// so the scene, which lists the last, holds 2^(levels + 1) - 1 nodes and 2^levels triangles.
+QByteArray doublingGltf(int levels)
+{
+    QStringList nodes = {R"({"mesh": 0})"};
+    for (int i = 1; i <= levels; ++i)
+        nodes.append(QStringLiteral(R"({"children": [%1, %1]})").arg(i - 1));
+    return gltf(nodes, s_triangle, {QString::number(levels)});
+}
+
+// A Collada file with one triangle; nodes is the XML of its scene's nodes, in which
+// <instance_geometry url="#g"/> places the triangle.
+QByteArray collada(const QByteArray &nodes)
+{
+    return R"(<?xml version="1.0" encoding="utf-8"?>
+<COLLADA xmlns="http://www.collada.org/2005/11/COLLADASchema" version="1.4.1">
+<library_geometries><geometry id="g"><mesh>
+<source id="p"><float_array id="pa" count="9">0 0 0 1 0 0 0 1 0</float_array>
+<technique_common><accessor source="#pa" count="3" stride="3"><param name="X" type="float"/>
+<param name="Y" type="float"/><param name="Z" type="float"/></accessor></technique_common>
+</source><vertices id="v"><input semantic="POSITION" source="#p"/></vertices>
+<triangles count="1"><input semantic="VERTEX" source="#v" offset="0"/><p>0 1 2</p></triangles>
+</mesh></geometry></library_geometries>
+<library_visual_scenes><visual_scene id="s">)"
+           + nodes + R"(</visual_scene></library_visual_scenes>
+<scene><instance_visual_scene url="#s"/></scene></COLLADA>)";
+}
+
+QByteArray nestedColladaNodes(int levels)
+{
+    return QByteArray("<node>").repeated(levels) + R"(<instance_geometry url="#g"/>)"
+           + QByteArray("</node>").repeated(levels);
 }
 
 QByteArray sceneWithModel(const QString &path)
@@ -316,6 +370,123 @@ TEST(ModelFile, AnUnchangedFileIsSharedAndAChangedOneReadAgain)
     EXPECT_NE(second, first);
     EXPECT_EQ(maxOf(*second).z, 12.f);
     EXPECT_EQ(maxOf(*first).z, 4.f) << "meshes in use stay as they were";
+}
+
+TEST(ModelFile, NodeLimitsHoldExactlyAtTheirBoundariesInEveryFormat)
+{
+    QTemporaryDir dir;
+    const auto readWith = [&dir](const char *name, const QByteArray &bytes, int depth, int nodes) {
+        const QString path = QDir(dir.path()).filePath(name);
+        writeFile(path, bytes);
+        ModelFile::Limits limits;
+        limits.nodeDepth = depth;
+        limits.nodeCount = nodes;
+        QString error;
+        MeshPtr mesh = ModelFile::read(path, limits, &error);
+        return std::make_pair(mesh, error.mid(path.size() + 2));
+    };
+
+    // 9 doublings: 1023 nodes in the scene, which place the triangle 512 times.
+    const auto [doubled, noError] = readWith("doubling.gltf", doublingGltf(9), 256, 1023);
+    ASSERT_TRUE(doubled) << qPrintable(noError);
+    EXPECT_EQ(doubled->triangleCount(), 512);
+    EXPECT_EQ(readWith("doubling.gltf", doublingGltf(9), 256, 1022).second.toStdString(),
+              "scenes[0] places more than 1022 nodes, counting a node once for each path that "
+              "reaches it; models are limited to 1022 nodes");
+
+    // A chain of 40 nodes is 40 levels deep.
+    EXPECT_TRUE(readWith("chain.gltf", chainGltf(40), 40, 1000).first);
+    EXPECT_EQ(readWith("chain.gltf", chainGltf(40), 39, 1000).second.toStdString(),
+              "nodes[0] starts a chain of more than 39 nested nodes; models are limited to 39 "
+              "levels of nodes");
+    // glTF 1 names its nodes instead of numbering them.
+    EXPECT_EQ(readWith("cycle.gltf",
+                       R"({"asset": {"version": "1.0"}, "scene": "s",
+                           "scenes": {"s": {"nodes": ["a"]}},
+                           "nodes": {"a": {"children": ["b"]}, "b": {"children": ["a"]}}})",
+                       256,
+                       1000)
+                  .second.toStdString(),
+              R"(nodes["b"] lists nodes["a"], which contains it: the nodes form a cycle)");
+
+    // Other formats are held to the same limits on the tree the importer built, before the
+    // steps that walk it recursively and copy every piece into place.
+    EXPECT_TRUE(readWith("nested.dae", collada(nestedColladaNodes(40)), 40, 1000).first);
+    EXPECT_EQ(
+        readWith("nested.dae", collada(nestedColladaNodes(40)), 39, 1000).second.toStdString(),
+        "the nodes are nested more than 39 levels deep; models are limited to 39 levels of "
+        "nodes");
+    const QByteArray wide
+        = QByteArray(R"(<node><instance_geometry url="#g"/></node>)").repeated(150);
+    EXPECT_TRUE(readWith("wide.dae", collada(wide), 256, 150).first);
+    EXPECT_EQ(readWith("wide.dae", collada(wide), 256, 149).second.toStdString(),
+              "more than 149 nodes; models are limited to 149 nodes");
+}
+
+TEST(ModelFile, TheGraphIsCheckedBeforeTheImporterAndTheImporterWithinLimits)
+{
+    QTemporaryDir dir;
+    const QString doubling24 = dir.filePath("doubling24.gltf");
+    const QString doubling18 = dir.filePath("doubling18.gltf");
+    writeFile(doubling24, doublingGltf(24));
+    writeFile(doubling18, doublingGltf(18));
+    ModelFile::Limits narrow;
+    narrow.memoryBytes = qint64(64) << 20;
+    QString error;
+
+    // 33 million nodes, refused by the count before anything is copied: not even 64 MiB are
+    // needed for that.
+    EXPECT_EQ(ModelFile::read(doubling24, narrow, &error), nullptr);
+    EXPECT_EQ(error.toStdString(),
+              (doubling24
+               + ": scenes[0] places more than 100000 nodes, counting a node once for "
+                 "each path that reaches it; models are limited to 100000 nodes")
+                  .toStdString());
+
+    // With the graph check out of the way, the importer's copy of half a million nodes (some
+    // 600 MiB) meets the memory limit instead.
+    ModelFile::Limits unchecked = narrow;
+    unchecked.nodeCount = qint64(1) << 40;
+    EXPECT_EQ(ModelFile::read(doubling18, unchecked, &error), nullptr);
+    EXPECT_EQ(error.toStdString(),
+              (doubling18 + ": reading the model needed more than 64 MiB").toStdString());
+
+    // A buffer in a FIFO that no one writes: the importer waits for ever to open it.
+    ASSERT_EQ(::mkfifo(QFile::encodeName(dir.filePath("buffer.bin")).constData(), 0600), 0);
+    const QString waiting = dir.filePath("waiting.gltf");
+    QString waitingText = QString::fromUtf8(gltf({R"({"mesh": 0})"}, s_triangle));
+    waitingText.replace(QRegularExpression(R"("uri": "[^"]*")"), R"("uri": "buffer.bin")");
+    writeFile(waiting, waitingText.toUtf8());
+    ModelFile::Limits brief;
+    brief.timeMilliseconds = 500;
+    EXPECT_EQ(ModelFile::read(waiting, brief, &error), nullptr);
+    EXPECT_EQ(error.toStdString(),
+              (waiting + ": reading the model took more than 0.5 s").toStdString());
+}
+
+TEST(ModelFile, AFaultInsideTheImporterIsReportedAndTheProgramGoesOn)
+{
+    QTemporaryDir dir;
+    const QString crash = ": the model importer failed (killed by signal 11: Segmentation fault)";
+    // The importer recurses through nested Collada nodes while it reads them, past its stack.
+    const QString deep = dir.filePath("deep.dae");
+    writeFile(deep, collada(nestedColladaNodes(20000)));
+    QString error;
+    EXPECT_EQ(ModelFile::load(deep, &error), nullptr);
+    EXPECT_EQ(error.toStdString(), (deep + crash).toStdString());
+
+    // The same happens to a deep glTF chain when nothing checks the graph first.
+    const QString chain = dir.filePath("chain.gltf");
+    writeFile(chain, chainGltf(20000));
+    ModelFile::Limits unchecked;
+    unchecked.nodeDepth = 1 << 30;
+    EXPECT_EQ(ModelFile::read(chain, unchecked, &error), nullptr);
+    EXPECT_EQ(error.toStdString(), (chain + crash).toStdString());
+
+    // This process carries on reading.
+    const MeshPtr jar = ModelFile::read(s_jar, ModelFile::Limits(), &error);
+    ASSERT_TRUE(jar) << qPrintable(error);
+    EXPECT_EQ(jar->triangleCount(), 24 + 48 + 24 + 10 * 48);
 }
 
 class ExternalModelTest : public ::testing::Test
