@@ -4,6 +4,8 @@
 
 #include "tests/faults/faultcase.h"
 
+#include <QRegularExpression>
+
 #include <cstring>
 
 #include <link.h>
@@ -189,8 +191,142 @@ std::vector<FaultCase> pluginsCases()
     };
 }
 
+// Endless scripts: --time-limit stops them with an error, exit status 1, nothing saved or drawn.
+// A row that does not stop fails on its own time limit, a few times the script's.
+const QString stoppedAfterOneSecond
+    = QStringLiteral("vantrel: -e#\\d+(:\\d+)?: script stopped: time limit of 1 s reached");
+
+void prepareScene(const QDir &dir)
+{
+    writeFile(dir, QStringLiteral("in.vscene"), smallScene());
+}
+
+FaultCase badTimeLimit(const std::string &name, const QString &value)
+{
+    return {.name = name,
+            .arguments = {"run", "--time-limit", value, "-e", "1"},
+            .exitCode = 2,
+            .message
+            = QStringLiteral("vantrel: --time-limit takes a number of seconds from 0\\.001 "
+                             "to 604800, not \"%1\"")
+                  .arg(QRegularExpression::escape(value))};
+}
+
+std::vector<FaultCase> endlessScriptsCases()
+{
+    const QString box = QStringLiteral("document.root.addShape('generator.Boxes.Box', 'Box');");
+    return {
+        {.name = "EndlessLoopStopsAtTheTimeLimit",
+         .arguments = {"run", "--time-limit", "1", "-e", "while (true) {}"},
+         .message = stoppedAfterOneSecond,
+         .timeoutSeconds = 15},
+        // The scene file is the save's target: the failure must leave it as it was.
+        {.name = "EndlessLoopAfterChangesSavesNothing",
+         .arguments = {"run",
+                       "{dir}/in.vscene",
+                       "--time-limit",
+                       "1",
+                       "-e",
+                       "document.root.addGroup('More'); document.findNode('Box').remove()",
+                       "-e",
+                       "for (;;) {}",
+                       "--save",
+                       "{dir}/in.vscene"},
+         .message = stoppedAfterOneSecond,
+         .prepare = prepareScene,
+         .timeoutSeconds = 15},
+        {.name = "EndlessLoopInAToolsSettingsGetter",
+         .arguments = {"run",
+                       "--time-limit",
+                       "1",
+                       "-e",
+                       box + "tools.fitToView({get padding() { while (true) {} }})",
+                       "--save",
+                       "{dir}/out.vscene"},
+         .message = stoppedAfterOneSecond,
+         .timeoutSeconds = 15},
+        {.name = "EndlessLoopAfterAToolsWork",
+         .arguments = {"run",
+                       "--time-limit",
+                       "1",
+                       "-e",
+                       box
+                           + "tools.stepAndRepeat(document.findNode('Box'), {repeatX: 20, "
+                             "repeatY: 20}); while (true) {}",
+                       "--save",
+                       "{dir}/out.vscene"},
+         .message = stoppedAfterOneSecond,
+         .timeoutSeconds = 15},
+        {.name = "EndlessLoopWithAToolWindowOpen",
+         .arguments
+         = {"run",
+            "--time-limit",
+            "1",
+            "-e",
+            box
+                + "document.selection = [document.findNode('Box')];"
+                  "document.runTool('Step and Repeat...'); do {} while (document.window)",
+            "--save",
+            "{dir}/out.vscene"},
+         .message = stoppedAfterOneSecond,
+         .timeoutSeconds = 15},
+        // The limit counts the scripts together: each of these alone would finish in time.
+        {.name = "ScriptsTogetherPastTheTimeLimit",
+         .arguments = {"run",
+                       "--time-limit",
+                       "1",
+                       "-e",
+                       "var end = Date.now() + 600; while (Date.now() < end) {}",
+                       "-e",
+                       "var end = Date.now() + 600; while (Date.now() < end) {}",
+                       "--save",
+                       "{dir}/out.vscene"},
+         .message = QStringLiteral("vantrel: -e#2: script stopped: time limit of 1 s reached"),
+         .timeoutSeconds = 15},
+        {.name = "RenderEndlessLoopDrawsNothing",
+         .arguments
+         = {"render", "--time-limit", "1", "-e", "while (true) {}", "--out", "{dir}/x.png"},
+         .message = stoppedAfterOneSecond,
+         .prepare =
+             [](const QDir &) {
+                 if (qEnvironmentVariableIsEmpty("DISPLAY"))
+                     GTEST_SKIP() << "render needs a display for OpenGL";
+             },
+         .timeoutSeconds = 15},
+        {.name = "FastScriptUnderATimeLimit",
+         .arguments = {"run",
+                       "--time-limit",
+                       "0.5",
+                       "-e",
+                       box + "tools.stepAndRepeat(document.findNode('Box'), {repeatX: 3})",
+                       "--save",
+                       "{dir}/out.vscene"},
+         .exitCode = 0,
+         .check =
+             [](const QDir &dir, const FaultRun &) {
+                 EXPECT_TRUE(
+                     readFile(dir.filePath(QStringLiteral("out.vscene"))).contains("\"Box - 3\""));
+             }},
+        badTimeLimit("TimeLimitZero", "0"),
+        badTimeLimit("TimeLimitNegative", "-1"),
+        badTimeLimit("TimeLimitNotANumber", "soon"),
+        badTimeLimit("TimeLimitNaN", "nan"),
+        badTimeLimit("TimeLimitInfinite", "inf"),
+        badTimeLimit("TimeLimitAbsurd", "1e12"),
+        badTimeLimit("TimeLimitBelowAMillisecond", "0.0001"),
+        {.name = "TimeLimitForDemo",
+         .arguments = {"demo", "--time-limit", "1"},
+         .exitCode = 2,
+         .message = "--time-limit belongs to run and render"},
+    };
+}
+
 } // namespace
 
 INSTANTIATE_TEST_SUITE_P(Plugins, FaultTest, ::testing::ValuesIn(pluginsCases()), faultCaseName);
+INSTANTIATE_TEST_SUITE_P(EndlessScripts,
+                         FaultTest,
+                         ::testing::ValuesIn(endlessScriptsCases()),
+                         faultCaseName);
 
 } // namespace vantrel::test
