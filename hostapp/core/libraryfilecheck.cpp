@@ -283,13 +283,16 @@ bool checkElf(const OpenFile &file, quint64 size, QString *problem)
         *problem = QStringLiteral("not a library: it does not start with the ELF signature");
         return false;
     }
-    if (size < sizeof(Header)) {
+    // The class and byte order come first: they say how long the rest of the header is.
+    auto cutShort = [&] {
         *problem = QStringLiteral("damaged library: the file (%1 bytes) ends inside the ELF "
                                   "header (%2 bytes)")
                        .arg(size)
                        .arg(sizeof(Header));
         return false;
-    }
+    };
+    if (size < EI_NIDENT)
+        return cutShort();
     auto bits = [](unsigned char elfClass) {
         return elfClass == ELFCLASS32   ? QStringLiteral("32-bit")
                : elfClass == ELFCLASS64 ? QStringLiteral("64-bit")
@@ -310,11 +313,15 @@ bool checkElf(const OpenFile &file, quint64 size, QString *problem)
                        .arg(order(ident[EI_DATA]), order(own.e_ident[EI_DATA]));
         return false;
     }
+    if (size < sizeof(Header))
+        return cutShort();
     Header header = {};
     if (!file.read(0, &header, sizeof header, problem))
         return false;
     if (ident[EI_VERSION] != EV_CURRENT || header.e_version != EV_CURRENT) {
-        *problem = QStringLiteral("damaged library: unknown ELF version %1").arg(ident[EI_VERSION]);
+        *problem = QStringLiteral("damaged library: unknown ELF version %1")
+                       .arg(ident[EI_VERSION] != EV_CURRENT ? quint32(ident[EI_VERSION])
+                                                            : quint32(header.e_version));
         return false;
     }
     if (header.e_type != ET_DYN) {

@@ -147,7 +147,7 @@ bool ScriptRunner::evaluate(const QString &program, const QString &fileName, QSt
         history.cancelGroup();
     if (stopped || m_engine->hasUncaughtException()) {
         if (errorMessage && stopped) {
-            *errorMessage = limit->message(fileName);
+            *errorMessage = limit->message(limit->where().isEmpty() ? fileName : limit->where());
         } else if (errorMessage) {
             *errorMessage = QStringLiteral("%1:%2: %3")
                                 .arg(fileName)

@@ -63,10 +63,10 @@ void ScriptTimeLimit::stop()
     m_engine->abortEvaluation();
 }
 
-QString ScriptTimeLimit::message(const QString &fileName) const
+QString ScriptTimeLimit::message(const QString &place) const
 {
     return QStringLiteral("%1: script stopped: time limit of %2 s reached")
-        .arg(m_where.isEmpty() ? fileName : m_where, QString::number(m_seconds));
+        .arg(place, QString::number(m_seconds));
 }
 
 } // namespace vantrel::host

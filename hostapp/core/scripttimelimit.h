@@ -35,9 +35,10 @@ public:
     // Around one evaluation: arm before, disarm after; disarm says whether the limit stopped it.
     void arm();
     bool disarm();
-    // "<file>[:<line>]: script stopped: time limit of 2 s reached", with the place where the
-    // script was stopped when the engine knows it, else the evaluation's file.
-    QString message(const QString &fileName) const;
+    // "<file>:<line>" where the last evaluation was stopped, when the engine knew; else empty.
+    const QString &where() const { return m_where; }
+    // "<place>: script stopped: time limit of 2 s reached"
+    QString message(const QString &place) const;
 
 private:
     void stop();
