@@ -100,7 +100,8 @@ int runCommand()
                                         QStringLiteral("file"));
     const QCommandLineOption pluginOption(
         QStringLiteral("tools-plugin"),
-        QStringLiteral("The tools plug-in library to load (default: %1).")
+        QStringLiteral("The tools plug-in library to load (default: %1). Loading a library "
+                       "runs its code: name only libraries you trust.")
             .arg(vantrel::host::PluginLoader::defaultToolsPluginPath()),
         QStringLiteral("file"));
     const QCommandLineOption outOption(
@@ -116,6 +117,12 @@ int runCommand()
             .arg(vantrel::render::MaximumPictureSide)
             .arg(vantrel::render::DefaultPictureWidth),
         QStringLiteral("pixels"));
+    const QCommandLineOption timeLimitOption(
+        QStringLiteral("time-limit"),
+        QStringLiteral("Stop the scripts with an error (exit status 1, nothing saved or drawn) "
+                       "once they have run this many seconds together, decimals allowed (run, "
+                       "render; default: no limit)."),
+        QStringLiteral("seconds"));
     const QCommandLineOption picturesOption(
         QStringLiteral("pictures"),
         QStringLiteral("Write a picture of each step into this folder (demo)."),
@@ -126,6 +133,7 @@ int runCommand()
                        pluginOption,
                        outOption,
                        widthOption,
+                       timeLimitOption,
                        picturesOption});
     parser.addPositionalArgument(QStringLiteral("command"),
                                  QStringLiteral("open, run, render or demo (default: open)"),
@@ -180,6 +188,9 @@ int runCommand()
         return usageError(QStringLiteral("--out belongs to render"));
     if (parser.isSet(picturesOption) && command != QStringLiteral("demo"))
         return usageError(QStringLiteral("--pictures belongs to demo"));
+    if (parser.isSet(timeLimitOption) && command != QStringLiteral("run")
+        && command != QStringLiteral("render"))
+        return usageError(QStringLiteral("--time-limit belongs to run and render"));
     if (command.isEmpty() || command == QStringLiteral("open")) {
         if (positional.size() > 2)
             return usageError(QStringLiteral("open takes one scene file at most"));
@@ -216,6 +227,13 @@ int runCommand()
         options.pluginPath = plugin;
         options.scenePath = positional.value(1);
         options.savePath = parser.value(saveOption);
+        if (parser.isSet(timeLimitOption)) {
+            QString message;
+            options.timeLimit
+                = vantrel::host::parseTimeLimit(parser.value(timeLimitOption), &message);
+            if (options.timeLimit <= 0)
+                return usageError(message);
+        }
         // Scripts run in the order they were given, --script and -e mixed.
         const QStringList files = parser.values(scriptOption), codes = parser.values(codeOption);
         int file = 0, code = 0;

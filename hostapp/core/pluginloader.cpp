@@ -4,6 +4,7 @@
 
 #include "host/iplugin.h"
 #include "host/pluginverification.h"
+#include "hostapp/core/libraryfilecheck.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -100,8 +101,14 @@ IPlugin *PluginLoader::load(const QString &path, IApplicationContext &app, QStri
     const QFileInfo info(path);
     if (!info.exists())
         return fail(QStringLiteral("no such file"));
-    if (!info.isFile())
-        return fail(QStringLiteral("not a file"));
+    // Loading a library runs its code (its constructors) at once, and a damaged one can kill the
+    // program in the dynamic loader before any check of ours runs: look at the file first. The
+    // file can still change between this look and the load. That is no reason to skip it: the
+    // check is there for damaged files (a copy cut short, a text file under a library's name),
+    // not for someone who can write the library, who could put any code in it anyway.
+    QString problem;
+    if (!checkLibraryFile(path, &problem))
+        return fail(problem);
     const QString canonical = info.canonicalFilePath();
     for (const Loaded &loaded : std::as_const(m_loaded)) {
         if (loaded.path == canonical)

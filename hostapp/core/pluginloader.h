@@ -13,10 +13,11 @@ class IPlugin;
 
 namespace vantrel::host {
 
-// Loads plug-in libraries the way the host's Qt 4 loader did: it reads the library's
-// verification text (qt_plugin_query_verification_data) and compares it with its own before it
-// takes anything from the library, then asks qt_plugin_instance for the plug-in object, checks
-// that it is an IPlugin (by its identifier) and initialises it with the application context.
+// Loads plug-in libraries the way the host's Qt 4 loader did: it checks the file's ELF headers
+// against the file first (checkLibraryFile: a damaged library is refused, not loaded), reads the
+// library's verification text (qt_plugin_query_verification_data) and compares it with its own
+// before it takes anything from the library, then asks qt_plugin_instance for the plug-in object,
+// checks that it is an IPlugin (by its identifier) and initialises it with the application context.
 //
 // Loaded libraries stay loaded for the rest of the process, since the tools they registered run
 // their code. The loader owns the plug-in objects: its destructor calls Uninitialize on each and

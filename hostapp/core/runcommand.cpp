@@ -18,6 +18,20 @@ constexpr qint64 MaximumScriptSize = qint64(64) << 20;
 
 } // namespace
 
+double parseTimeLimit(const QString &text, QString *message)
+{
+    bool number = false;
+    const double seconds = text.trimmed().toDouble(&number);
+    // NaN fails both comparisons, and so is refused with the rest.
+    if (number && seconds >= MinimumTimeLimit && seconds <= MaximumTimeLimit)
+        return seconds;
+    *message = QStringLiteral("--time-limit takes a number of seconds from %1 to %2, not \"%3\"")
+                   .arg(MinimumTimeLimit)
+                   .arg(MaximumTimeLimit)
+                   .arg(text);
+    return 0;
+}
+
 int runScripts(const RunOptions &options,
                QTextStream &out,
                QTextStream &err,
@@ -58,6 +72,9 @@ int runScripts(const RunOptions &options,
                          out.flush();
                      });
 
+    // The limit's clock starts with the first script.
+    if (options.timeLimit > 0)
+        session.runner().setTimeLimit(options.timeLimit);
     int inline_ = 0;
     for (const RunOptions::Script &script : options.scripts) {
         QString program = script.text;

@@ -9,6 +9,7 @@
 #include "hostapp/core/documentscriptapi.h"
 #include "hostapp/core/headlessuserinterface.h"
 #include "hostapp/core/nodescriptapi.h"
+#include "hostapp/core/scripttimelimit.h"
 
 #include <QScriptContext>
 #include <QScriptEngine>
@@ -112,14 +113,29 @@ bool ScriptRunner::ToDictionary(const QScriptValue &value, QVariantMap *out)
     return true;
 }
 
+void ScriptRunner::setTimeLimit(double seconds)
+{
+    m_timeLimit = std::make_unique<ScriptTimeLimit>(m_engine, seconds);
+}
+
 bool ScriptRunner::evaluate(const QString &program, const QString &fileName, QString *errorMessage)
 {
+    // Only the outermost evaluation keeps time; one made from inside a script is part of it.
+    ScriptTimeLimit *limit = m_evaluationDepth == 0 ? m_timeLimit.get() : nullptr;
+    if (limit && limit->expired()) {
+        if (errorMessage)
+            *errorMessage = limit->message(fileName);
+        return false;
+    }
     UndoHistory &history = document().history();
     history.setNextStepName(QStringLiteral("Script"));
     history.beginGroup();
     const int groups = history.openGroupCount();
     ++m_evaluationDepth;
+    if (limit)
+        limit->arm();
     const QScriptValue result = m_engine->evaluate(program, fileName);
+    const bool stopped = limit && limit->disarm();
     --m_evaluationDepth;
     // A tool window the script left open keeps its own group open; close it the way Cancel
     // would, so that the script's group is the innermost again.
@@ -129,8 +145,10 @@ bool ScriptRunner::evaluate(const QString &program, const QString &fileName, QSt
     }
     while (history.openGroupCount() > groups)
         history.cancelGroup();
-    if (m_engine->hasUncaughtException()) {
-        if (errorMessage) {
+    if (stopped || m_engine->hasUncaughtException()) {
+        if (errorMessage && stopped) {
+            *errorMessage = limit->message(limit->where().isEmpty() ? fileName : limit->where());
+        } else if (errorMessage) {
             *errorMessage = QStringLiteral("%1:%2: %3")
                                 .arg(fileName)
                                 .arg(m_engine->uncaughtExceptionLineNumber())

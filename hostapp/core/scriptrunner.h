@@ -10,6 +10,8 @@
 #include <QPointer>
 #include <QScriptValue>
 
+#include <memory>
+
 class INode;
 class QDialog;
 class IDocumentContext;
@@ -19,6 +21,7 @@ namespace vantrel::host {
 class BaseNode;
 class Document;
 class DocumentContext;
+class ScriptTimeLimit;
 class ToolRegistry;
 
 // A document's script engine: one QScriptEngine per document with the globals `tools` (filled by
@@ -48,6 +51,12 @@ public:
     // changes, returns false and sets errorMessage to "<file>:<line>: <message>".
     bool evaluate(const QString &program, const QString &fileName, QString *errorMessage);
 
+    // From now on evaluations share a time limit of `seconds` (> 0), counted from now: one still
+    // running when it is reached stops between two of its steps, and one that would start after
+    // it does not run; either fails as a script error does, with the message "<file>[:<line>]:
+    // script stopped: time limit of <seconds> s reached". See ScriptTimeLimit.
+    void setTimeLimit(double seconds);
+
     QScriptEngine *engine() const { return m_engine; }
     DocumentContext &context() const { return m_context; }
     Document &document() const;
@@ -76,6 +85,7 @@ private:
     QScriptValue m_tools;
     QScriptValue m_prototypes[4]; // by node kind: root, mesh, light, group
     int m_evaluationDepth = 0;
+    std::unique_ptr<ScriptTimeLimit> m_timeLimit;
 };
 
 // Makes documentContextFromScriptEngine(engine) answer context; for engines of hosts' own making.
