@@ -9,9 +9,12 @@
 #include "hostapp/core/documentscriptapi.h"
 #include "hostapp/core/headlessuserinterface.h"
 #include "hostapp/core/nodescriptapi.h"
+#include "hostapp/core/scriptvaluereader.h"
 
 #include <QScriptContext>
 #include <QScriptEngine>
+
+#include <QPointer>
 
 namespace vantrel::host {
 
@@ -29,8 +32,12 @@ const QScriptEngine::QObjectWrapOptions NodeWrapOptions
 QScriptValue print(QScriptContext *context, QScriptEngine *engine)
 {
     QStringList parts;
-    for (int i = 0; i < context->argumentCount(); ++i)
+    for (int i = 0; i < context->argumentCount(); ++i) {
         parts.append(context->argument(i).toString());
+        // An object's toString may throw (or run out of stack): then nothing is printed.
+        if (engine->hasUncaughtException())
+            return QScriptValue();
+    }
     if (auto *runner = qobject_cast<ScriptRunner *>(engine->parent()))
         emit runner->printed(parts.join(QLatin1Char(' ')));
     return engine->undefinedValue();
@@ -50,6 +57,10 @@ ScriptRunner::ScriptRunner(DocumentContext &context, ToolRegistry *registry)
 {
     bindScriptEngine(m_engine, &context);
     context.setScriptRunner(this);
+    m_objectPrototype = m_engine->globalObject()
+                            .property(QStringLiteral("Object"))
+                            .property(QStringLiteral("prototype"));
+    m_defaultValueOf = m_objectPrototype.property(QStringLiteral("valueOf"));
     for (int kind = 0; kind < 4; ++kind)
         m_prototypes[kind] = makeNodePrototype(m_engine, kind);
     QScriptValue global = m_engine->globalObject();
@@ -79,37 +90,55 @@ void ScriptRunner::RegisterFunction(const char *name, QScriptEngine::FunctionSig
 
 bool ScriptRunner::ToNodeList(const QScriptValue &value, std::vector<INode *> *out)
 {
-    std::vector<INode *> nodes;
+    return readNodeList(value, out) == NodeListRead::Read;
+}
+
+ScriptRunner::NodeListRead ScriptRunner::readNodeList(const QScriptValue &value,
+                                                      std::vector<INode *> *out)
+{
+    // Guarded pointers: an element's getter may even free a node read before it (an undone
+    // creation whose redo a later change discards).
+    std::vector<QPointer<BaseNode>> read;
     if (BaseNode *single = unwrap(value)) {
-        nodes.push_back(single);
+        read.emplace_back(single);
     } else if (value.isArray()) {
         const quint32 length = value.property(QStringLiteral("length")).toUInt32();
-        nodes.reserve(length);
         for (quint32 i = 0; i < length; ++i) {
-            BaseNode *node = unwrap(value.property(i));
+            const QScriptValue element = value.property(i);
+            if (m_engine->hasUncaughtException())
+                return NodeListRead::Threw;
+            BaseNode *node = unwrap(element);
             if (!node)
-                return false; // one element that is not a node spoils the list
-            nodes.push_back(node);
+                return NodeListRead::NotNodes; // one element that is not a node spoils the list
+            read.emplace_back(node);
         }
     } else {
-        return false;
+        return NodeListRead::NotNodes;
+    }
+    std::vector<INode *> nodes;
+    nodes.reserve(read.size());
+    for (const QPointer<BaseNode> &node : read) {
+        if (!node || !node->isInScene())
+            return NodeListRead::Gone;
+        nodes.push_back(node);
     }
     *out = std::move(nodes);
-    return true;
+    return NodeListRead::Read;
 }
 
 bool ScriptRunner::ToDictionary(const QScriptValue &value, QVariantMap *out)
 {
     // Only objects whose prototype is Object.prototype: arrays, functions, dates, regular
     // expressions and Qt objects (nodes) all have prototypes of their own.
-    const QScriptValue objectPrototype = m_engine->globalObject()
-                                             .property(QStringLiteral("Object"))
-                                             .property(QStringLiteral("prototype"));
     if (!value.isObject() || value.isQObject() || value.isVariant()
-        || !value.prototype().strictlyEquals(objectPrototype))
+        || !value.prototype().strictlyEquals(m_objectPrototype))
         return false;
-    *out = value.toVariant().toMap();
-    return true;
+    return ScriptValueReader(m_engine, m_defaultValueOf).readProperties(value, out);
+}
+
+bool ScriptRunner::readValue(const QScriptValue &value, QVariant *out)
+{
+    return ScriptValueReader(m_engine, m_defaultValueOf).read(value, out);
 }
 
 bool ScriptRunner::evaluate(const QString &program, const QString &fileName, QString *errorMessage)
