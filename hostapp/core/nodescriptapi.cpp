@@ -12,7 +12,6 @@
 #include "hostapp/core/scriptrunner.h"
 #include "hostapp/core/scriptvalues.h"
 
-#include <QLocale>
 #include <QMetaProperty>
 #include <QPointer>
 
@@ -256,14 +255,9 @@ QScriptValue vertexCount(QScriptContext *context, QScriptEngine *engine)
 // A parameter's value as the script wrote it, for messages: numbers the way scripts print them.
 QString valueText(const QVariant &value)
 {
-    if (value.userType() != QMetaType::Double && value.userType() != QMetaType::Float)
-        return value.toString();
-    const double number = value.toDouble();
-    if (std::isnan(number))
-        return QStringLiteral("NaN");
-    if (std::isinf(number))
-        return number > 0 ? QStringLiteral("Infinity") : QStringLiteral("-Infinity");
-    return QString::number(number, 'g', QLocale::FloatingPointShortest);
+    if (value.userType() == QMetaType::Double || value.userType() == QMetaType::Float)
+        return QScriptValue(value.toDouble()).toString();
+    return value.toString();
 }
 
 // Whether a value stands for a number the parameter cannot hold: NaN, an infinity or a number
