@@ -23,8 +23,8 @@ namespace {
 // The engine's dynamic property that names its document context.
 const char *const ContextProperty = "vantrelDocumentContext";
 
-// Node wrappers show nothing of QObject (no objectName, no deleteLater): the script API is the
-// accessors of the node prototypes. One wrapper per node makes === compare nodes.
+// The Qt wrapper a node's script object holds shows nothing of QObject (no objectName, no
+// deleteLater): the script API is the accessors of the node prototypes.
 const QScriptEngine::QObjectWrapOptions NodeWrapOptions
     = QScriptEngine::PreferExistingWrapperObject | QScriptEngine::ExcludeSuperClassContents
       | QScriptEngine::ExcludeDeleteLater | QScriptEngine::ExcludeChildObjects;
@@ -179,15 +179,27 @@ QScriptValue ScriptRunner::wrap(INode *node)
     auto *own = document().ownNode(node);
     if (!own)
         return m_engine->nullValue();
-    QScriptValue object = m_engine->newQObject(own, QScriptEngine::QtOwnership, NodeWrapOptions);
+    const auto existing = m_wrappers.constFind(own);
+    if (existing != m_wrappers.constEnd())
+        return *existing;
+    // A plain object with the node's prototype, holding the node in its data. Were the node's
+    // own Qt wrapper the script object, QtScript would answer a member of a node that was freed
+    // (a copy a cancelled tool window took back) with its own message before the prototype's
+    // accessor could say that the node no longer exists.
+    QScriptValue object = m_engine->newObject();
     const int kind = own->GetNodeType();
     object.setPrototype(m_prototypes[kind >= 0 && kind < 4 ? kind : 3]);
+    object.setData(m_engine->newQObject(own, QScriptEngine::QtOwnership, NodeWrapOptions));
+    m_wrappers.insert(own, object);
+    connect(own, &QObject::destroyed, this, [this, own] { m_wrappers.remove(own); });
     return object;
 }
 
 BaseNode *ScriptRunner::unwrap(const QScriptValue &value) const
 {
-    auto *node = qobject_cast<BaseNode *>(value.toQObject());
+    if (!value.isObject())
+        return nullptr;
+    auto *node = qobject_cast<BaseNode *>(value.data().toQObject());
     return node && node->document() == &document() ? node : nullptr;
 }
 

@@ -94,6 +94,8 @@ private:
     QScriptValue m_objectPrototype;
     QScriptValue m_defaultValueOf;
     QScriptValue m_prototypes[4]; // by node kind: root, mesh, light, group
+    // One script object per node, so that === compares nodes; dropped when the node is freed.
+    QHash<BaseNode *, QScriptValue> m_wrappers;
     int m_evaluationDepth = 0;
 };
 
