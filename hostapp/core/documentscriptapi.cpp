@@ -53,7 +53,7 @@ QScriptValue selection(QScriptContext *context, QScriptEngine *engine)
         return context->throwError(QScriptContext::TypeError,
                                    QStringLiteral("selection must be an array of nodes"));
     case ScriptRunner::NodeListRead::Gone:
-        return context->throwError(QScriptContext::ReferenceError,
+        return context->throwError(QScriptContext::TypeError,
                                    QStringLiteral("This node no longer exists"));
     case ScriptRunner::NodeListRead::Threw:
         return QScriptValue();

@@ -42,7 +42,7 @@ Node *self(QScriptContext *context, QScriptEngine *engine)
     BaseNode *base = runner(engine).unwrap(context->thisObject());
     auto *node = qobject_cast<Node *>(base);
     if (!node || !base->isInScene()) {
-        context->throwError(QScriptContext::ReferenceError, goneMessage());
+        context->throwError(QScriptContext::TypeError, goneMessage());
         return nullptr;
     }
     return node;
@@ -56,7 +56,7 @@ bool stillThere(QScriptContext *context, QScriptEngine *engine, const QPointer<N
     if (engine->hasUncaughtException())
         return false;
     if (!node || !node->isInScene()) {
-        context->throwError(QScriptContext::ReferenceError, goneMessage());
+        context->throwError(QScriptContext::TypeError, goneMessage());
         return false;
     }
     return true;

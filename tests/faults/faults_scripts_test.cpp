@@ -60,22 +60,22 @@ std::vector<FaultCase> scriptsCases()
                 error("Error", notShape)),
         onScene("RemovedNodeTakesNoName",
                 "var a = document.findNode('Box'); a.remove(); a.name = 'Crate'",
-                error("ReferenceError", gone)),
+                error("TypeError", gone)),
         onScene("RemovedNodeTakesNoPosition",
                 "var a = document.findNode('Box'); a.remove(); a.position = [1, 2, 3]",
-                error("ReferenceError", gone)),
+                error("TypeError", gone)),
         onScene("RemovedNodeTakesNoParameter",
                 "var a = document.findNode('Box'); a.remove(); a.setParam('width', 5)",
-                error("ReferenceError", gone)),
+                error("TypeError", gone)),
         onScene("RemovedNodeTakesNoChild",
                 "var a = document.findNode('Box'); a.remove(); a.addGroup('G')",
-                error("ReferenceError", gone)),
+                error("TypeError", gone)),
         onScene("RemovedNodeRemovedAgain",
                 "var a = document.findNode('Box'); a.remove(); a.remove()",
-                error("ReferenceError", gone)),
+                error("TypeError", gone)),
         onScene("RemovedNodeSelected",
                 "var a = document.findNode('Box'); a.remove(); document.selection = [a]",
-                error("ReferenceError", gone)),
+                error("TypeError", gone)),
         onScene("PreviewCopyAfterCancel",
                 "document.selection = [document.findNode('Book')];"
                 "document.runTool('Stack...');"
@@ -87,7 +87,7 @@ std::vector<FaultCase> scriptsCases()
                 "document.runTool('Stack...');"
                 "var copy = document.findNode('Stack').children[1];"
                 "document.window.cancel(); copy.name = 'Kept?'",
-                error("ReferenceError", gone)),
+                error("TypeError", gone)),
 
         // A dictionary whose getter changes the scene while it is read.
         onScene("GetterRemovesShapeForStepAndRepeat",
@@ -105,7 +105,7 @@ std::vector<FaultCase> scriptsCases()
         onScene("GetterRemovesParentForAddShape",
                 "var g = document.root.addGroup('G');"
                 "g.addShape('generator.Boxes.Box', 'X', {get width() { g.remove(); return 5; }})",
-                error("ReferenceError", gone)),
+                error("TypeError", gone)),
 
         // Arguments nested deeper than a reader goes.
         onScene("DeepFitToView", deep + "tools.fitToView(o)", error("Error", tooDeep)),

@@ -192,7 +192,7 @@ TEST_F(ScriptRunnerTest, NodesOutOfTheSceneRefuseEveryMemberUntilUndoBringsThemB
 
     // Removed in the same script, below a removed node, or with its creation undone: every
     // member refuses at once, and the scene stays as it was.
-    const QString gone = QStringLiteral("error: test.js:1: ReferenceError: This node no longer "
+    const QString gone = QStringLiteral("error: test.js:1: TypeError: This node no longer "
                                         "exists");
     const QByteArray before = dump(m_document);
     const char *const setups[] = {
