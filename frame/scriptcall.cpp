@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "frame/scriptcall.h"
 
+#include "frame/scriptsettings.h"
 #include "host/hostfunctions.h"
+#include "host/idocument.h"
 #include "host/idocumentcontext.h"
 #include "host/iscriptrunner.h"
 
@@ -42,6 +44,9 @@ bool ScriptCall::dictionary(int index, const char *message, QVariantMap *out)
     QVariantMap converted;
     if (!m_runner->ToDictionary(m_context->argument(index), &converted))
         return fail(message);
+    // The dictionary's getters may have taken a node of an earlier argument out of the scene.
+    if (!nodesInScene())
+        return fail(m_nodesMessage);
     *out = converted;
     return true;
 }
@@ -53,14 +58,51 @@ bool ScriptCall::nodes(int index, const char *message, std::vector<INode *> *out
     std::vector<INode *> converted;
     if (!m_runner->ToNodeList(m_context->argument(index), &converted))
         return fail(message);
+    if (!nodesInScene())
+        return fail(m_nodesMessage);
+    m_nodes.assign(converted.begin(), converted.end());
+    m_nodesMessage = message;
     *out = converted;
+    return true;
+}
+
+bool ScriptCall::numbers(const QVariantMap &dictionary, const std::vector<const char *> &keys)
+{
+    if (!m_ok)
+        return false;
+    for (const char *key : keys) {
+        const auto found = dictionary.constFind(QLatin1String(key));
+        if (found != dictionary.constEnd() && IsUnfitScriptNumber(*found))
+            return fail(QStringLiteral("%1 must be a finite number that fits in single precision")
+                            .arg(QLatin1String(key)));
+    }
+    return true;
+}
+
+bool ScriptCall::nodesInScene() const
+{
+    const INode *root = m_documentContext->GetDocument()->GetRootNode();
+    for (const QPointer<INode> &node : m_nodes) {
+        const INode *top = node;
+        if (!top)
+            return false;
+        while (top->GetParent())
+            top = top->GetParent();
+        if (top != root)
+            return false;
+    }
     return true;
 }
 
 bool ScriptCall::fail(const char *message)
 {
+    return fail(QString::fromLatin1(message));
+}
+
+bool ScriptCall::fail(const QString &message)
+{
     if (m_context->state() != QScriptContext::ExceptionState)
-        m_context->throwError(QString::fromLatin1(message));
+        m_context->throwError(message);
     m_ok = false;
     return false;
 }

@@ -7,6 +7,7 @@
 
 #include <climits>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -63,4 +64,53 @@ void ApplyScriptSettings(QObject &settings,
         const QMetaProperty property = meta->property(index);
         property.write(&settings, converted(*found, property.userType()));
     }
+}
+
+bool IsUnfitScriptNumber(const QVariant &value)
+{
+    double number = 0;
+    bool isNumber = false;
+    switch (value.userType()) {
+    case QMetaType::Double:
+    case QMetaType::Float:
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+        number = value.toDouble(&isNumber);
+        break;
+    case QMetaType::QString: {
+        // Text counts as the number it reads as; text of a number too large for a double reads
+        // as no number, yet Qt's float conversion makes it an infinity, so that is looked at too.
+        number = value.toString().trimmed().toDouble(&isNumber);
+        if (!std::isfinite(value.toFloat()))
+            return true;
+        break;
+    }
+    default:
+        break;
+    }
+    return isNumber
+           && (!std::isfinite(number)
+               || std::fabs(number) > double(std::numeric_limits<float>::max()));
+}
+
+std::vector<const char *>
+NumberKeys(const QMetaObject &settings, const ScriptSetting *table, std::size_t count)
+{
+    std::vector<const char *> keys;
+    for (std::size_t i = 0; i < count; ++i) {
+        const int index = settings.indexOfProperty(table[i].property);
+        if (index < 0)
+            continue;
+        const int type = settings.property(index).userType();
+        if (type == QMetaType::Float || type == QMetaType::Double || type == QMetaType::Int)
+            keys.push_back(table[i].key);
+    }
+    return keys;
+}
+
+int ScriptSettingInt(const QVariant &value)
+{
+    return toInt(value).toInt();
 }

@@ -5,8 +5,10 @@
 #include <QVariantMap>
 
 #include <cstddef>
+#include <vector>
 
 class QObject;
+struct QMetaObject;
 
 // One key of a tool's script dictionary and the settings property it sets.
 struct ScriptSetting
@@ -33,3 +35,23 @@ void ApplyScriptSettings(QObject &settings,
 {
     ApplyScriptSettings(settings, dictionary, table, N);
 }
+
+// Whether the value is a number, or text that reads as one, that does not fit in single
+// precision: NaN, an infinity, or a number beyond the largest float. Such a number would reach
+// a float setting as infinity (or NaN), which no limit can bring back; it is refused instead.
+// Anything else (other text, objects, booleans) is not: it counts as 0 or false as above.
+bool IsUnfitScriptNumber(const QVariant &value);
+
+// The keys of the table whose properties in the settings class are numbers (float, double, int),
+// in table order.
+std::vector<const char *>
+NumberKeys(const QMetaObject &settings, const ScriptSetting *table, std::size_t count);
+
+template<std::size_t N>
+std::vector<const char *> NumberKeys(const QMetaObject &settings, const ScriptSetting (&table)[N])
+{
+    return NumberKeys(settings, table, N);
+}
+
+// A script value as an int the way ApplyScriptSettings converts it for an int property.
+int ScriptSettingInt(const QVariant &value);

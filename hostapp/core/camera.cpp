@@ -29,6 +29,9 @@ void Camera::reset()
 
 void Camera::SetTarget(const Vector3 &target)
 {
+    // Like every setter here, a value that is not finite leaves the camera as it is.
+    if (!std::isfinite(target.x) || !std::isfinite(target.y) || !std::isfinite(target.z))
+        return;
     m_target = target;
     update();
     notify();
@@ -54,7 +57,7 @@ void Camera::SetAspectRatio(float ratio)
 
 void Camera::setYaw(float degrees)
 {
-    if (std::isnan(degrees))
+    if (!std::isfinite(degrees)) // the remainder of an infinity is NaN
         return;
     m_yaw = std::remainder(degrees, 360.f);
     update();

@@ -4,6 +4,7 @@
 
 #include "hostapp/core/basenode.h"
 
+#include <cmath>
 #include <unordered_map>
 
 namespace vantrel::host {
@@ -260,7 +261,7 @@ INode *Document::CloneNode(INode *node, int)
 
 void Document::SetAmbientIntensity(float intensity)
 {
-    if (intensity != m_ambient)
+    if (std::isfinite(intensity) && intensity != m_ambient)
         apply(std::make_unique<ValueChange<Document, float>>(
             this, &Document::applyAmbient, m_ambient, intensity));
 }

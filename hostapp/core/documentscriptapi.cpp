@@ -43,9 +43,21 @@ QScriptValue selection(QScriptContext *context, QScriptEngine *engine)
         return array;
     }
     std::vector<INode *> nodes;
-    if (!context->argument(0).isArray() || !runner(engine).ToNodeList(context->argument(0), &nodes))
+    const ScriptRunner::NodeListRead read
+        = context->argument(0).isArray() ? runner(engine).readNodeList(context->argument(0), &nodes)
+                                         : ScriptRunner::NodeListRead::NotNodes;
+    switch (read) {
+    case ScriptRunner::NodeListRead::Read:
+        break;
+    case ScriptRunner::NodeListRead::NotNodes:
         return context->throwError(QScriptContext::TypeError,
                                    QStringLiteral("selection must be an array of nodes"));
+    case ScriptRunner::NodeListRead::Gone:
+        return context->throwError(QScriptContext::TypeError,
+                                   QStringLiteral("This node no longer exists"));
+    case ScriptRunner::NodeListRead::Threw:
+        return QScriptValue();
+    }
     document(engine).SetSelection(nodes, Document::ReplaceSelection);
     return QScriptValue();
 }
@@ -108,17 +120,33 @@ std::vector<INode *> findByName(Document &document, const QString &name, bool fi
     return found;
 }
 
+// The one argument of findNode, findNodes and runTool: a string, so that no conversion runs
+// script code (an object's toString) in the middle of the call.
+bool nameArgument(QScriptContext *context, const char *usage, QString *name)
+{
+    if (!context->argument(0).isString()) {
+        context->throwError(QLatin1String(usage));
+        return false;
+    }
+    *name = context->argument(0).toString();
+    return true;
+}
+
 QScriptValue findNode(QScriptContext *context, QScriptEngine *engine)
 {
-    const std::vector<INode *> found
-        = findByName(document(engine), context->argument(0).toString(), true);
+    QString name;
+    if (!nameArgument(context, "Usage: document.findNode(name)", &name))
+        return QScriptValue();
+    const std::vector<INode *> found = findByName(document(engine), name, true);
     return found.empty() ? engine->nullValue() : runner(engine).wrap(found.front());
 }
 
 QScriptValue findNodes(QScriptContext *context, QScriptEngine *engine)
 {
-    const std::vector<INode *> found
-        = findByName(document(engine), context->argument(0).toString(), false);
+    QString name;
+    if (!nameArgument(context, "Usage: document.findNodes(name)", &name))
+        return QScriptValue();
+    const std::vector<INode *> found = findByName(document(engine), name, false);
     QScriptValue array = engine->newArray(uint(found.size()));
     for (std::size_t i = 0; i < found.size(); ++i)
         array.setProperty(quint32(i), runner(engine).wrap(found[i]));
@@ -137,7 +165,9 @@ QScriptValue toolTitles(QScriptContext *, QScriptEngine *engine)
 
 QScriptValue runTool(QScriptContext *context, QScriptEngine *engine)
 {
-    const QString title = context->argument(0).toString();
+    QString title;
+    if (!nameArgument(context, "Usage: document.runTool(title)", &title))
+        return QScriptValue();
     ToolRegistry *registry = runner(engine).registry();
     ITool *tool = registry ? registry->findTool(title) : nullptr;
     if (!tool)
@@ -179,9 +209,9 @@ QScriptValue cameraTarget(QScriptContext *context, QScriptEngine *engine)
     if (!isWrite(context))
         return toScript(engine, camera.GetTarget());
     Vector3 target;
-    if (!fromScript(context->argument(0), &target))
-        return context->throwError(QScriptContext::TypeError,
-                                   QStringLiteral("target must be an array of three numbers"));
+    const NumberRead read = fromScript(context->argument(0), &target);
+    if (read != NumberRead::Read)
+        return throwNumberError(context, read, "target", true);
     camera.SetTarget(target);
     return QScriptValue();
 }

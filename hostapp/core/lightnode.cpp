@@ -4,6 +4,8 @@
 
 #include "hostapp/core/document.h"
 
+#include <cmath>
+
 namespace vantrel::host {
 
 namespace {
@@ -30,11 +32,15 @@ void LightNode::SetLightMode(int mode)
 
 void LightNode::SetShadowBlur(float blur)
 {
+    if (!std::isfinite(blur))
+        return; // the scene never holds a value that is not finite (see SceneNode)
     record(this, &LightNode::applyShadowBlur, m_shadowBlur, blur);
 }
 
 void LightNode::SetIntensity(float intensity)
 {
+    if (!std::isfinite(intensity))
+        return;
     record(this, &LightNode::applyIntensity, m_intensity, intensity);
 }
 

@@ -8,8 +8,15 @@
 #include "hostapp/core/generatorregistry.h"
 #include "hostapp/core/lightnode.h"
 #include "hostapp/core/meshnode.h"
+#include "hostapp/core/scenefile.h"
 #include "hostapp/core/scriptrunner.h"
 #include "hostapp/core/scriptvalues.h"
+
+#include <QMetaProperty>
+#include <QPointer>
+
+#include <climits>
+#include <cmath>
 
 namespace vantrel::host {
 
@@ -20,16 +27,39 @@ ScriptRunner &runner(QScriptEngine *engine)
     return *qobject_cast<ScriptRunner *>(engine->parent());
 }
 
+const QString &goneMessage()
+{
+    static const QString message = QStringLiteral("This node no longer exists");
+    return message;
+}
+
 // The node the function was called on; null (with a script error thrown) when `this` is no node
-// of the document, for example a node whose creation was undone and then forgotten.
+// of the document's scene: a node removed, or whose creation was undone, still has its script
+// object, and a node a tool window's Cancel took back has one that points nowhere.
 template<class Node>
 Node *self(QScriptContext *context, QScriptEngine *engine)
 {
-    auto *node = qobject_cast<Node *>(runner(engine).unwrap(context->thisObject()));
-    if (!node)
-        context->throwError(QScriptContext::TypeError,
-                            QStringLiteral("This node no longer exists"));
+    BaseNode *base = runner(engine).unwrap(context->thisObject());
+    auto *node = qobject_cast<Node *>(base);
+    if (!node || !base->isInScene()) {
+        context->throwError(QScriptContext::TypeError, goneMessage());
+        return nullptr;
+    }
     return node;
+}
+
+// After reading an argument, which may run the script's own code: whether the node is still in
+// the scene (false, with the error thrown, when not, or when that code threw).
+template<class Node>
+bool stillThere(QScriptContext *context, QScriptEngine *engine, const QPointer<Node> &node)
+{
+    if (engine->hasUncaughtException())
+        return false;
+    if (!node || !node->isInScene()) {
+        context->throwError(QScriptContext::TypeError, goneMessage());
+        return false;
+    }
+    return true;
 }
 
 QScriptValue name(QScriptContext *context, QScriptEngine *engine)
@@ -115,55 +145,53 @@ QScriptValue worldBox(QScriptContext *context, QScriptEngine *engine)
     return toScript(engine, values, 6);
 }
 
-template<const Vector3 &(ITransformations::*Get)() const,
-         void (SceneNode::*Set)(const Vector3 &, bool)>
+void setPosition(SceneNode &node, const Vector3 &value)
+{
+    node.SetPosition(value, false);
+}
+
+void setRotation(SceneNode &node, const Vector3 &value)
+{
+    node.SetRotation(value, false);
+}
+
+void setScale(SceneNode &node, const Vector3 &value)
+{
+    node.SetScale(value, 0);
+}
+
+template<const Vector3 &(ITransformations::*Get)() const, void (*Set)(SceneNode &, const Vector3 &)>
 QScriptValue vectorAccessor(QScriptContext *context, QScriptEngine *engine, const char *what)
 {
-    SceneNode *node = self<SceneNode>(context, engine);
+    QPointer<SceneNode> node = self<SceneNode>(context, engine);
     if (!node)
         return QScriptValue();
     if (!isWrite(context))
         return toScript(engine, (node->*Get)());
+    // The array's elements may be getters that change the scene.
     Vector3 value;
-    if (!fromScript(context->argument(0), &value)) {
-        return context->throwError(
-            QScriptContext::TypeError,
-            QStringLiteral("%1 must be an array of three numbers").arg(QLatin1String(what)));
-    }
-    (node->*Set)(value, false);
+    const NumberRead read = fromScript(context->argument(0), &value);
+    if (read != NumberRead::Read)
+        return throwNumberError(context, read, what, true);
+    if (!stillThere(context, engine, node))
+        return QScriptValue();
+    Set(*node, value);
     return QScriptValue();
-}
-
-void setScale(SceneNode *node, const Vector3 &scale)
-{
-    node->SetScale(scale, 0);
 }
 
 QScriptValue position(QScriptContext *c, QScriptEngine *e)
 {
-    return vectorAccessor<&ITransformations::GetPosition, &SceneNode::SetPosition>(
-        c, e, "position");
+    return vectorAccessor<&ITransformations::GetPosition, setPosition>(c, e, "position");
 }
 
 QScriptValue rotation(QScriptContext *c, QScriptEngine *e)
 {
-    return vectorAccessor<&ITransformations::GetRotation, &SceneNode::SetRotation>(
-        c, e, "rotation");
+    return vectorAccessor<&ITransformations::GetRotation, setRotation>(c, e, "rotation");
 }
 
-QScriptValue scale(QScriptContext *context, QScriptEngine *engine)
+QScriptValue scale(QScriptContext *c, QScriptEngine *e)
 {
-    SceneNode *node = self<SceneNode>(context, engine);
-    if (!node)
-        return QScriptValue();
-    if (!isWrite(context))
-        return toScript(engine, node->GetScale());
-    Vector3 value;
-    if (!fromScript(context->argument(0), &value))
-        return context->throwError(QScriptContext::TypeError,
-                                   QStringLiteral("scale must be an array of three numbers"));
-    setScale(node, value);
-    return QScriptValue();
+    return vectorAccessor<&ITransformations::GetScale, setScale>(c, e, "scale");
 }
 
 QScriptValue lightValue(QScriptContext *context,
@@ -224,6 +252,36 @@ QScriptValue vertexCount(QScriptContext *context, QScriptEngine *engine)
                             : QScriptValue(mesh->mesh()->vertexCount());
 }
 
+// A parameter's value as the script wrote it, for messages: numbers the way scripts print them.
+QString valueText(const QVariant &value)
+{
+    if (value.userType() == QMetaType::Double || value.userType() == QMetaType::Float)
+        return QScriptValue(value.toDouble()).toString();
+    return value.toString();
+}
+
+// Whether a value stands for a number the parameter cannot hold: NaN, an infinity or a number
+// beyond single precision for any number parameter, and beyond the int range for a whole one.
+// Qt would turn such a number into infinity, or into an int past its range, before the
+// generator's own limits could see it.
+bool isUnfitNumber(const QVariant &value, int parameterType)
+{
+    if (parameterType != QMetaType::Float && parameterType != QMetaType::Double
+        && parameterType != QMetaType::Int)
+        return false;
+    double number = 0;
+    bool isNumber = false;
+    if (value.userType() == QMetaType::QString)
+        number = value.toString().trimmed().toDouble(&isNumber);
+    else if (value.userType() != QMetaType::Bool && value.canConvert<double>())
+        number = value.toDouble(&isNumber);
+    if (!isNumber)
+        return false;
+    if (!fitsSinglePrecision(number))
+        return true;
+    return parameterType == QMetaType::Int && (number < INT_MIN || number > INT_MAX);
+}
+
 // Writes one parameter through the generator's own limits; false with a message when the
 // generator has no such parameter, the value is of the wrong kind or the generator refuses it
 // (a model file that cannot be read: the message names the file).
@@ -237,9 +295,12 @@ bool writeParameter(ShapeGenerator &generator,
                      .arg(name, QLatin1String(generator.GetTypeId()));
         return false;
     }
-    if (!generator.setProperty(name.toUtf8().constData(), value)) {
+    const QByteArray property = name.toUtf8();
+    const QMetaObject *meta = generator.metaObject();
+    const int type = meta->property(meta->indexOfProperty(property.constData())).userType();
+    if (isUnfitNumber(value, type) || !generator.setProperty(property.constData(), value)) {
         *error = QStringLiteral("Parameter \"%1\" of %2 cannot take %3")
-                     .arg(name, QLatin1String(generator.GetTypeId()), value.toString());
+                     .arg(name, QLatin1String(generator.GetTypeId()), valueText(value));
         return false;
     }
     if (!generator.refusal().isEmpty()) {
@@ -251,52 +312,65 @@ bool writeParameter(ShapeGenerator &generator,
 
 QScriptValue setParam(QScriptContext *context, QScriptEngine *engine)
 {
-    MeshNode *mesh = self<MeshNode>(context, engine);
+    QPointer<MeshNode> mesh = self<MeshNode>(context, engine);
     if (!mesh)
         return QScriptValue();
-    if (context->argumentCount() != 2)
+    if (context->argumentCount() != 2 || !context->argument(0).isString())
         return context->throwError(QStringLiteral("Usage: node.setParam(name, value)"));
+    // Read before anything changes: the value's getters may throw or change the scene.
+    QVariant value;
+    if (!runner(engine).readValue(context->argument(1), &value)
+        || !stillThere(context, engine, mesh))
+        return QScriptValue();
     QString error;
-    if (!writeParameter(*mesh->generator(),
-                        context->argument(0).toString(),
-                        context->argument(1).toVariant(),
-                        &error))
+    if (!writeParameter(*mesh->generator(), context->argument(0).toString(), value, &error))
         return context->throwError(error);
     return QScriptValue();
 }
 
-QScriptValue nameArgument(QScriptContext *context, int index, bool *ok)
+// Whether a new child of node stays within the depth a scene file can hold (the root's children
+// are at depth 1); throws when it would not. Deeper trees could not be saved, and would exhaust
+// the call stack of whatever walks them.
+bool roomForChild(QScriptContext *context, const BaseNode *node)
 {
-    const QScriptValue value = context->argument(index);
-    *ok = value.isString();
-    return value;
+    int depth = 1;
+    for (const BaseNode *n = node; n->parentNode(); n = n->parentNode())
+        ++depth;
+    if (depth <= SceneFile::MaximumDepth)
+        return true;
+    context->throwError(QStringLiteral("Nodes cannot be nested more than %1 levels deep")
+                            .arg(SceneFile::MaximumDepth));
+    return false;
+}
+
+QScriptValue addChild(QScriptContext *context,
+                      QScriptEngine *engine,
+                      const char *usage,
+                      INode *(BaseNode::*create)(const QString &) )
+{
+    BaseNode *node = self<BaseNode>(context, engine);
+    if (!node)
+        return QScriptValue();
+    if (!context->argument(0).isString())
+        return context->throwError(QLatin1String(usage));
+    if (!roomForChild(context, node))
+        return QScriptValue();
+    return runner(engine).wrap((node->*create)(context->argument(0).toString()));
 }
 
 QScriptValue addGroup(QScriptContext *context, QScriptEngine *engine)
 {
-    BaseNode *node = self<BaseNode>(context, engine);
-    bool ok = false;
-    const QScriptValue name = nameArgument(context, 0, &ok);
-    if (!node || !ok)
-        return node ? context->throwError(QStringLiteral("Usage: node.addGroup(name)"))
-                    : QScriptValue();
-    return runner(engine).wrap(node->CreateChildGroup(name.toString()));
+    return addChild(context, engine, "Usage: node.addGroup(name)", &BaseNode::CreateChildGroup);
 }
 
 QScriptValue addLight(QScriptContext *context, QScriptEngine *engine)
 {
-    BaseNode *node = self<BaseNode>(context, engine);
-    bool ok = false;
-    const QScriptValue name = nameArgument(context, 0, &ok);
-    if (!node || !ok)
-        return node ? context->throwError(QStringLiteral("Usage: node.addLight(name)"))
-                    : QScriptValue();
-    return runner(engine).wrap(node->CreateChildLight(name.toString()));
+    return addChild(context, engine, "Usage: node.addLight(name)", &BaseNode::CreateChildLight);
 }
 
 QScriptValue addShape(QScriptContext *context, QScriptEngine *engine)
 {
-    BaseNode *node = self<BaseNode>(context, engine);
+    QPointer<BaseNode> node = self<BaseNode>(context, engine);
     if (!node)
         return QScriptValue();
     const int count = context->argumentCount();
@@ -308,17 +382,21 @@ QScriptValue addShape(QScriptContext *context, QScriptEngine *engine)
     std::unique_ptr<ShapeGenerator> generator = createGenerator(id.toLatin1());
     if (!generator)
         return context->throwError(QStringLiteral("Unknown generator: %1").arg(id));
-    // The parameters go onto the generator before it joins the scene, so that a bad one leaves
-    // the scene untouched.
-    if (count == 3) {
-        QVariantMap values;
-        if (!runner(engine).ToDictionary(context->argument(2), &values))
-            return context->throwError(QStringLiteral("The parameters have to be a dictionary"));
-        QString error;
-        for (auto it = values.constBegin(); it != values.constEnd(); ++it) {
-            if (!writeParameter(*generator, it.key(), it.value(), &error))
-                return context->throwError(error);
-        }
+    // The parameters are read, and go onto the generator, before it joins the scene, so that a
+    // bad one leaves the scene untouched. Reading runs the dictionary's getters, which may
+    // throw or take this node out of the scene.
+    QVariantMap values;
+    if (count == 3 && !runner(engine).ToDictionary(context->argument(2), &values)) {
+        return engine->hasUncaughtException()
+                   ? QScriptValue()
+                   : context->throwError(QStringLiteral("The parameters have to be a dictionary"));
+    }
+    if (!stillThere(context, engine, node) || !roomForChild(context, node))
+        return QScriptValue();
+    QString error;
+    for (auto it = values.constBegin(); it != values.constEnd(); ++it) {
+        if (!writeParameter(*generator, it.key(), it.value(), &error))
+            return context->throwError(error);
     }
     return runner(engine).wrap(
         node->createChildMesh(std::move(generator), context->argument(1).toString()));

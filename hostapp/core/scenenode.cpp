@@ -5,10 +5,22 @@
 #include "geometry/geometry.h"
 #include "hostapp/core/document.h"
 
+#include <cmath>
+
 namespace vantrel::host {
 
 namespace {
+
 using Vector3Change = ValueChange<SceneNode, Vector3>;
+
+// A plug-in's computation can overflow (a stack of huge steps, a box scaled past what a float
+// holds); the scene keeps its last finite value rather than take infinity or NaN in, which would
+// spread to every matrix and box below and could not be saved.
+bool isFinite(const Vector3 &v)
+{
+    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
+}
+
 } // namespace
 
 SceneNode::SceneNode(Document *document, QString name)
@@ -21,6 +33,8 @@ SceneNode::SceneNode(Document *document, int type, QString name)
 
 void SceneNode::SetPosition(const Vector3 &position, bool)
 {
+    if (!isFinite(position))
+        return;
     if (position == m_position)
         return;
     document()->apply(
@@ -29,6 +43,8 @@ void SceneNode::SetPosition(const Vector3 &position, bool)
 
 void SceneNode::SetRotation(const Vector3 &anglesDegrees, bool)
 {
+    if (!isFinite(anglesDegrees))
+        return;
     if (anglesDegrees == m_rotation)
         return;
     document()->apply(std::make_unique<Vector3Change>(
@@ -37,6 +53,8 @@ void SceneNode::SetRotation(const Vector3 &anglesDegrees, bool)
 
 void SceneNode::SetScale(const Vector3 &scale, int)
 {
+    if (!isFinite(scale))
+        return;
     if (scale == m_scale)
         return;
     document()->apply(

@@ -10,9 +10,12 @@
 #include "hostapp/core/headlessuserinterface.h"
 #include "hostapp/core/nodescriptapi.h"
 #include "hostapp/core/scripttimelimit.h"
+#include "hostapp/core/scriptvaluereader.h"
 
 #include <QScriptContext>
 #include <QScriptEngine>
+
+#include <QPointer>
 
 namespace vantrel::host {
 
@@ -21,8 +24,8 @@ namespace {
 // The engine's dynamic property that names its document context.
 const char *const ContextProperty = "vantrelDocumentContext";
 
-// Node wrappers show nothing of QObject (no objectName, no deleteLater): the script API is the
-// accessors of the node prototypes. One wrapper per node makes === compare nodes.
+// The Qt wrapper a node's script object holds shows nothing of QObject (no objectName, no
+// deleteLater): the script API is the accessors of the node prototypes.
 const QScriptEngine::QObjectWrapOptions NodeWrapOptions
     = QScriptEngine::PreferExistingWrapperObject | QScriptEngine::ExcludeSuperClassContents
       | QScriptEngine::ExcludeDeleteLater | QScriptEngine::ExcludeChildObjects;
@@ -30,8 +33,12 @@ const QScriptEngine::QObjectWrapOptions NodeWrapOptions
 QScriptValue print(QScriptContext *context, QScriptEngine *engine)
 {
     QStringList parts;
-    for (int i = 0; i < context->argumentCount(); ++i)
+    for (int i = 0; i < context->argumentCount(); ++i) {
         parts.append(context->argument(i).toString());
+        // An object's toString may throw (or run out of stack): then nothing is printed.
+        if (engine->hasUncaughtException())
+            return QScriptValue();
+    }
     if (auto *runner = qobject_cast<ScriptRunner *>(engine->parent()))
         emit runner->printed(parts.join(QLatin1Char(' ')));
     return engine->undefinedValue();
@@ -51,6 +58,10 @@ ScriptRunner::ScriptRunner(DocumentContext &context, ToolRegistry *registry)
 {
     bindScriptEngine(m_engine, &context);
     context.setScriptRunner(this);
+    m_objectPrototype = m_engine->globalObject()
+                            .property(QStringLiteral("Object"))
+                            .property(QStringLiteral("prototype"));
+    m_defaultValueOf = m_objectPrototype.property(QStringLiteral("valueOf"));
     for (int kind = 0; kind < 4; ++kind)
         m_prototypes[kind] = makeNodePrototype(m_engine, kind);
     QScriptValue global = m_engine->globalObject();
@@ -80,37 +91,55 @@ void ScriptRunner::RegisterFunction(const char *name, QScriptEngine::FunctionSig
 
 bool ScriptRunner::ToNodeList(const QScriptValue &value, std::vector<INode *> *out)
 {
-    std::vector<INode *> nodes;
+    return readNodeList(value, out) == NodeListRead::Read;
+}
+
+ScriptRunner::NodeListRead ScriptRunner::readNodeList(const QScriptValue &value,
+                                                      std::vector<INode *> *out)
+{
+    // Guarded pointers: an element's getter may even free a node read before it (an undone
+    // creation whose redo a later change discards).
+    std::vector<QPointer<BaseNode>> read;
     if (BaseNode *single = unwrap(value)) {
-        nodes.push_back(single);
+        read.emplace_back(single);
     } else if (value.isArray()) {
         const quint32 length = value.property(QStringLiteral("length")).toUInt32();
-        nodes.reserve(length);
         for (quint32 i = 0; i < length; ++i) {
-            BaseNode *node = unwrap(value.property(i));
+            const QScriptValue element = value.property(i);
+            if (m_engine->hasUncaughtException())
+                return NodeListRead::Threw;
+            BaseNode *node = unwrap(element);
             if (!node)
-                return false; // one element that is not a node spoils the list
-            nodes.push_back(node);
+                return NodeListRead::NotNodes; // one element that is not a node spoils the list
+            read.emplace_back(node);
         }
     } else {
-        return false;
+        return NodeListRead::NotNodes;
+    }
+    std::vector<INode *> nodes;
+    nodes.reserve(read.size());
+    for (const QPointer<BaseNode> &node : read) {
+        if (!node || !node->isInScene())
+            return NodeListRead::Gone;
+        nodes.push_back(node);
     }
     *out = std::move(nodes);
-    return true;
+    return NodeListRead::Read;
 }
 
 bool ScriptRunner::ToDictionary(const QScriptValue &value, QVariantMap *out)
 {
     // Only objects whose prototype is Object.prototype: arrays, functions, dates, regular
     // expressions and Qt objects (nodes) all have prototypes of their own.
-    const QScriptValue objectPrototype = m_engine->globalObject()
-                                             .property(QStringLiteral("Object"))
-                                             .property(QStringLiteral("prototype"));
     if (!value.isObject() || value.isQObject() || value.isVariant()
-        || !value.prototype().strictlyEquals(objectPrototype))
+        || !value.prototype().strictlyEquals(m_objectPrototype))
         return false;
-    *out = value.toVariant().toMap();
-    return true;
+    return ScriptValueReader(m_engine, m_defaultValueOf).readProperties(value, out);
+}
+
+bool ScriptRunner::readValue(const QScriptValue &value, QVariant *out)
+{
+    return ScriptValueReader(m_engine, m_defaultValueOf).read(value, out);
 }
 
 void ScriptRunner::setTimeLimit(double seconds)
@@ -168,15 +197,27 @@ QScriptValue ScriptRunner::wrap(INode *node)
     auto *own = document().ownNode(node);
     if (!own)
         return m_engine->nullValue();
-    QScriptValue object = m_engine->newQObject(own, QScriptEngine::QtOwnership, NodeWrapOptions);
+    const auto existing = m_wrappers.constFind(own);
+    if (existing != m_wrappers.constEnd())
+        return *existing;
+    // A plain object with the node's prototype, holding the node in its data. Were the node's
+    // own Qt wrapper the script object, QtScript would answer a member of a node that was freed
+    // (a copy a cancelled tool window took back) with its own message before the prototype's
+    // accessor could say that the node no longer exists.
+    QScriptValue object = m_engine->newObject();
     const int kind = own->GetNodeType();
     object.setPrototype(m_prototypes[kind >= 0 && kind < 4 ? kind : 3]);
+    object.setData(m_engine->newQObject(own, QScriptEngine::QtOwnership, NodeWrapOptions));
+    m_wrappers.insert(own, object);
+    connect(own, &QObject::destroyed, this, [this, own] { m_wrappers.remove(own); });
     return object;
 }
 
 BaseNode *ScriptRunner::unwrap(const QScriptValue &value) const
 {
-    auto *node = qobject_cast<BaseNode *>(value.toQObject());
+    if (!value.isObject())
+        return nullptr;
+    auto *node = qobject_cast<BaseNode *>(value.data().toQObject());
     return node && node->document() == &document() ? node : nullptr;
 }
 

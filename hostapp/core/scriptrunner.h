@@ -42,10 +42,25 @@ public:
     ~ScriptRunner() override;
 
     void RegisterFunction(const char *name, QScriptEngine::FunctionSignature function) override;
-    // An array of this document's nodes, or one node as a one-element list.
+    // An array of this document's nodes in its scene, or one such node as a one-element list.
+    // Reading the array may run the script's getters, which may throw (false, the exception left
+    // pending) or take a node out of the scene: every node is judged after all were read.
     bool ToNodeList(const QScriptValue &value, std::vector<INode *> *out) override;
-    // A plain script object (made with {} or new Object), nothing else.
+    // A plain script object (made with {} or new Object), nothing else, read into plain values by
+    // ScriptValueReader. False with an exception pending when reading it threw or it is nested
+    // too deep.
     bool ToDictionary(const QScriptValue &value, QVariantMap *out) override;
+
+    // ToNodeList's verdict in full, for the host's own messages.
+    enum class NodeListRead {
+        Read,
+        NotNodes, // not an array of nodes (or a node) of this document
+        Gone,     // one of the nodes is no longer in the scene
+        Threw     // reading an element threw; the exception is pending
+    };
+    NodeListRead readNodeList(const QScriptValue &value, std::vector<INode *> *out);
+    // Any script value as plain values (see ScriptValueReader); false with an exception pending.
+    bool readValue(const QScriptValue &value, QVariant *out);
 
     // Runs a whole program as one undo step. On an uncaught error it reverts the program's
     // changes, returns false and sets errorMessage to "<file>:<line>: <message>".
@@ -83,7 +98,13 @@ private:
     DocumentContext &m_context;
     ToolRegistry *m_registry;
     QScriptValue m_tools;
+    // As the engine started, before a script could replace them: what makes an object a plain
+    // one, and the valueOf that plain objects inherit.
+    QScriptValue m_objectPrototype;
+    QScriptValue m_defaultValueOf;
     QScriptValue m_prototypes[4]; // by node kind: root, mesh, light, group
+    // One script object per node, so that === compares nodes; dropped when the node is freed.
+    QHash<BaseNode *, QScriptValue> m_wrappers;
     int m_evaluationDepth = 0;
     std::unique_ptr<ScriptTimeLimit> m_timeLimit;
 };

@@ -11,6 +11,7 @@
 #include <QScriptValue>
 
 #include <cmath>
+#include <limits>
 
 namespace vantrel::host {
 
@@ -28,29 +29,81 @@ inline QScriptValue toScript(QScriptEngine *engine, const Vector3 &v)
     return toScript(engine, values, 3);
 }
 
-// An array of exactly three finite numbers.
-inline bool fromScript(const QScriptValue &value, Vector3 *out)
+// Whether a script number is stored as it is in the scene's single precision: not NaN, not
+// infinite, and no larger than the largest float (a double such as 1e39 would become infinity).
+inline bool fitsSinglePrecision(double number)
 {
-    if (!value.isArray() || value.property(QStringLiteral("length")).toInt32() != 3)
-        return false;
-    float c[3];
-    for (quint32 i = 0; i < 3; ++i) {
-        const QScriptValue element = value.property(i);
-        if (!element.isNumber() || !std::isfinite(element.toNumber()))
-            return false;
-        c[i] = float(element.toNumber());
-    }
-    *out = Vector3(c[0], c[1], c[2]);
-    return true;
+    return std::isfinite(number) && std::fabs(number) <= double(std::numeric_limits<float>::max());
 }
 
-// A finite number.
-inline bool fromScript(const QScriptValue &value, float *out)
+// How reading numbers from a script value turned out.
+enum class NumberRead {
+    Read,
+    NotNumbers, // not a number (or not an array of three numbers)
+    Unfit,      // numbers, but not all of them fit in single precision
+    Threw       // an element's getter threw; the exception is pending
+};
+
+// An array of exactly three numbers that fit in single precision.
+inline NumberRead fromScript(const QScriptValue &value, Vector3 *out)
 {
-    if (!value.isNumber() || !std::isfinite(value.toNumber()))
-        return false;
-    *out = float(value.toNumber());
-    return true;
+    if (!value.isArray() || value.property(QStringLiteral("length")).toInt32() != 3)
+        return NumberRead::NotNumbers;
+    double c[3];
+    for (quint32 i = 0; i < 3; ++i) {
+        const QScriptValue element = value.property(i); // may run a getter
+        if (value.engine()->hasUncaughtException())
+            return NumberRead::Threw;
+        if (!element.isNumber())
+            return NumberRead::NotNumbers;
+        c[i] = element.toNumber();
+    }
+    for (double number : c) {
+        if (!fitsSinglePrecision(number))
+            return NumberRead::Unfit;
+    }
+    *out = Vector3(float(c[0]), float(c[1]), float(c[2]));
+    return NumberRead::Read;
+}
+
+// A number that fits in single precision.
+inline NumberRead fromScript(const QScriptValue &value, float *out)
+{
+    if (!value.isNumber())
+        return NumberRead::NotNumbers;
+    const double number = value.toNumber();
+    if (!fitsSinglePrecision(number))
+        return NumberRead::Unfit;
+    *out = float(number);
+    return NumberRead::Read;
+}
+
+// Throws the error for a value fromScript refused, naming the member: "position must be an array
+// of three numbers", "position must be three finite numbers that fit in single precision";
+// "distance must be a number", "distance must be a finite number that fits in single precision".
+// An exception already pending is left as it is.
+inline QScriptValue
+throwNumberError(QScriptContext *context, NumberRead read, const char *what, bool vector)
+{
+    const QLatin1String name(what);
+    switch (read) {
+    case NumberRead::NotNumbers:
+        return context->throwError(
+            QScriptContext::TypeError,
+            vector ? QStringLiteral("%1 must be an array of three numbers").arg(name)
+                   : QStringLiteral("%1 must be a number").arg(name));
+    case NumberRead::Unfit:
+        return context->throwError(
+            QScriptContext::RangeError,
+            vector ? QStringLiteral("%1 must be three finite numbers that fit in single precision")
+                         .arg(name)
+                   : QStringLiteral("%1 must be a finite number that fits in single precision")
+                         .arg(name));
+    case NumberRead::Read:
+    case NumberRead::Threw:
+        break;
+    }
+    return QScriptValue();
 }
 
 // Accessor functions (PropertyGetter | PropertySetter) are called with no argument to read and
@@ -88,8 +141,8 @@ inline QScriptValue throwReadOnly(QScriptContext *context, const char *name)
                                QStringLiteral("%1 is read only").arg(QLatin1String(name)));
 }
 
-// The accessor of a number setting: reads it, or writes a finite number through the setter
-// (which applies the object's own limits) and refuses anything else.
+// The accessor of a number setting: reads it, or writes a number that fits in single precision
+// through the setter (which applies the object's own limits) and refuses anything else.
 template<class Object>
 QScriptValue numberAccessor(QScriptContext *context,
                             const char *what,
@@ -100,9 +153,9 @@ QScriptValue numberAccessor(QScriptContext *context,
     if (!isWrite(context))
         return double((object.*get)());
     float value = 0;
-    if (!fromScript(context->argument(0), &value))
-        return context->throwError(QScriptContext::TypeError,
-                                   QStringLiteral("%1 must be a number").arg(QLatin1String(what)));
+    const NumberRead read = fromScript(context->argument(0), &value);
+    if (read != NumberRead::Read)
+        return throwNumberError(context, read, what, false);
     (object.*set)(value);
     return QScriptValue();
 }

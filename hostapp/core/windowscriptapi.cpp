@@ -3,11 +3,13 @@
 #include "hostapp/core/windowscriptapi.h"
 
 #include "hostapp/core/panelaccess.h"
+#include "hostapp/core/scriptrunner.h"
 #include "hostapp/core/scriptvalues.h"
 
 #include <QCoreApplication>
 #include <QDialog>
 #include <QListWidget>
+#include <QPointer>
 #include <QPushButton>
 
 namespace vantrel::host {
@@ -16,7 +18,10 @@ namespace {
 
 QDialog *self(QScriptContext *context)
 {
-    auto *window = qobject_cast<QDialog *>(context->thisObject().toQObject());
+    // The window's script object is a plain object holding the window in its data: wrapping
+    // the dialog itself would also show its Qt properties, the tool's settings, which a script
+    // could then write past the panel and its checks.
+    auto *window = qobject_cast<QDialog *>(context->thisObject().data().toQObject());
     if (!window)
         context->throwError(QStringLiteral("The tool window is closed"));
     return window;
@@ -33,6 +38,8 @@ QScriptValue get(QScriptContext *context, QScriptEngine *engine)
     QDialog *window = self(context);
     if (!window)
         return QScriptValue();
+    if (!context->argument(0).isString())
+        return context->throwError(QStringLiteral("Usage: window.get(property)"));
     PanelAccess *panel = FindPanel(window);
     const QString property = context->argument(0).toString();
     const QVariant value = panel ? panel->panelValue(property) : QVariant();
@@ -42,16 +49,41 @@ QScriptValue get(QScriptContext *context, QScriptEngine *engine)
     return engine->toScriptValue(value);
 }
 
-QScriptValue set(QScriptContext *context, QScriptEngine *)
+// The value set() was given, for its message; an object's own toString is not run again.
+QString valueText(const QScriptValue &given, const QVariant &read)
 {
-    QDialog *window = self(context);
+    if (!given.isObject())
+        return given.toString();
+    switch (read.userType()) {
+    case QMetaType::QVariantMap:
+    case QMetaType::QVariantList:
+    case QMetaType::QObjectStar:
+        return QStringLiteral("an object");
+    default:
+        return read.toString();
+    }
+}
+
+QScriptValue set(QScriptContext *context, QScriptEngine *engine)
+{
+    QPointer<QDialog> window = self(context);
     if (!window)
         return QScriptValue();
+    if (!context->argument(0).isString())
+        return context->throwError(QStringLiteral("Usage: window.set(property, value)"));
+    // The value is read before the panel sees it; its getters may throw, or even close the
+    // window.
+    auto *runner = qobject_cast<ScriptRunner *>(engine->parent());
+    QVariant value;
+    if (!runner || !runner->readValue(context->argument(1), &value))
+        return QScriptValue();
+    if (!window)
+        return context->throwError(QStringLiteral("The tool window is closed"));
     PanelAccess *panel = FindPanel(window);
     const QString property = context->argument(0).toString();
-    if (!panel || !panel->setPanelValue(property, context->argument(1).toVariant()))
+    if (!panel || !panel->setPanelValue(property, value))
         return context->throwError(QStringLiteral("The window has no setting \"%1\" that takes %2")
-                                       .arg(property, context->argument(1).toString()));
+                                       .arg(property, valueText(context->argument(1), value)));
     return QScriptValue();
 }
 
@@ -108,7 +140,11 @@ QScriptValue moveRow(QScriptContext *context, QScriptEngine *)
     QListWidget *list = window ? rowList(context, window) : nullptr;
     if (!list)
         return QScriptValue();
-    const int from = context->argument(0).toInt32(), to = context->argument(1).toInt32();
+    // Plain numbers only: converting an object would run its valueOf, which might close the
+    // window under our feet.
+    const bool numbers = context->argument(0).isNumber() && context->argument(1).isNumber();
+    const int from = numbers ? context->argument(0).toInt32() : -1;
+    const int to = numbers ? context->argument(1).toInt32() : -1;
     if (from < 0 || from >= list->count() || to < 0 || to >= list->count())
         return context->throwError(
             QStringLiteral("Usage: window.moveRow(from, to) with rows 0 to %1")
@@ -138,12 +174,9 @@ QScriptValue wrapWindow(QScriptEngine *engine, QDialog *window)
     defineMethod(engine, prototype, "accept", accept, 0);
     defineMethod(engine, prototype, "cancel", cancel, 0);
     defineMethod(engine, prototype, "moveRow", moveRow, 2);
-    QScriptValue object = engine->newQObject(
-        window,
-        QScriptEngine::QtOwnership,
-        QScriptEngine::ExcludeSuperClassContents | QScriptEngine::ExcludeDeleteLater
-            | QScriptEngine::ExcludeChildObjects | QScriptEngine::ExcludeSlots);
+    QScriptValue object = engine->newObject();
     object.setPrototype(prototype);
+    object.setData(engine->newQObject(window, QScriptEngine::QtOwnership));
     return object;
 }
 

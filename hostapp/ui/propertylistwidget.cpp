@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -303,7 +304,10 @@ bool PropertyListWidget::setPanelValue(const QString &property, const QVariant &
     if (!row || !row->widget->isEnabled())
         return false;
     if (auto *slider = qobject_cast<InputLineSlider *>(row->widget)) {
-        if (!isNumber(value) || !std::isfinite(value.toDouble()))
+        // A slider holds a float: a number beyond single precision would arrive as infinity.
+        const double number = value.toDouble();
+        if (!isNumber(value) || !std::isfinite(number)
+            || std::fabs(number) > double(std::numeric_limits<float>::max()))
             return false;
         slider->SetValue(InputLineSlider::EditAsUser, value.toFloat());
         return true;

@@ -50,7 +50,8 @@ QScriptValue probe(QScriptContext *context, QScriptEngine *engine)
 {
     ScriptCall call(context, engine, "Usage: tools.probe(params)", 1);
     QVariantMap params;
-    if (!call.dictionary(0, "The parameter has to be a dictionary", &params))
+    if (!call.dictionary(0, "The parameter has to be a dictionary", &params)
+        || !call.numbers(params, NumberKeys(ProbeSettings::staticMetaObject, s_keys)))
         return call.result();
     ProbeSettings settings;
     ApplyScriptSettings(settings, params, s_keys);
@@ -180,20 +181,85 @@ TEST_F(ScriptCallTest, KeysMatchExactlyUnknownOnesAreIgnoredAndBadValuesBecomeZe
         << "limits of the write accessors; Qt's toInt rounds";
 
     // Beyond the int range a count saturates rather than wrapping round to a small or negative
-    // number; not a number counts as 0.
+    // number.
     const struct
     {
         const char *count;
         const char *seen;
-    } extremes[] = {{"3e9", "90 30 1"},
-                    {"5e9", "90 30 1"},
-                    {"-3e9", "90 1 1"},
-                    {"Infinity", "90 30 1"},
-                    {"NaN", "90 1 1"}};
+    } extremes[] = {{"3e9", "90 30 1"}, {"5e9", "90 30 1"}, {"-3e9", "90 1 1"}};
     for (const auto &e : extremes) {
         call(QStringLiteral("tools.probe({count: %1})").arg(QLatin1String(e.count)));
         EXPECT_EQ(s_seen, QLatin1String(e.seen)) << e.count;
     }
+}
+
+TEST_F(ScriptCallTest, NumbersBeyondSinglePrecisionAreRefusedNamingTheKey)
+{
+    const QByteArray before = dump(m_document);
+    for (const char *value : {"NaN",
+                              "Infinity",
+                              "-Infinity",
+                              "1e39",
+                              "-3.5e38",
+                              "'1e39'",
+                              "'inf'",
+                              "'1e400'",
+                              "new Number(Infinity)"}) {
+        for (const char *key : {"angle", "count"}) {
+            EXPECT_EQ(call(QStringLiteral("tools.probe({%1: %2})")
+                               .arg(QLatin1String(key), QLatin1String(value)))
+                          .toStdString(),
+                      std::string(key) + " must be a finite number that fits in single precision")
+                << value;
+            EXPECT_TRUE(s_seen.isEmpty()) << key << ": " << value;
+        }
+    }
+    EXPECT_EQ(dump(m_document), before);
+    call(QStringLiteral("tools.probe({angle: 3.4e38, count: 3.4e38, flag: NaN})"));
+    EXPECT_EQ(s_seen, QStringLiteral("180 30 0")) << "the largest floats meet the limits; "
+                                                     "a flag is no number";
+}
+
+TEST_F(ScriptCallTest, ArgumentsAreReadWholeBeforeTheCallGoesOnAndTheScriptsOwnErrorsWin)
+{
+    // Getters and valueOf run while the arguments are read; what they throw is the error.
+    const struct
+    {
+        const char *program;
+        const char *message;
+    } thrown[] = {
+        {"tools.probe({get angle() { throw new Error('boom'); }})", "boom"},
+        {"tools.probe({count: {valueOf: function () { throw new Error('boom'); }}})", "boom"},
+        {"var list = [document.root.children[0]];"
+         "list.__defineGetter__(1, function () { throw new Error('boom'); }); list.length = 2;"
+         "tools.probe2(list, {})",
+         "boom"},
+        {"var o = {}; for (var i = 0; i < 50000; ++i) o = {x: o}; tools.probe(o)",
+         "The parameter is nested more than 64 levels deep"},
+        {"var o = {}; for (var i = 0; i < 64; ++i) o = {x: o};"
+         "tools.probe2(document.root.children[0], o)",
+         "The parameter is nested more than 64 levels deep"},
+    };
+    for (const auto &t : thrown) {
+        EXPECT_EQ(call(QLatin1String(t.program)), QLatin1String(t.message)) << t.program;
+        EXPECT_TRUE(s_seen.isEmpty()) << t.program << " ran past its checks";
+    }
+    call(QStringLiteral("tools.probe({angle: {valueOf: function () { return 45; }}})"));
+    EXPECT_EQ(s_seen, QStringLiteral("45 3 1")) << "an object with a valueOf stands for its value";
+
+    // A getter of the dictionary that takes the node out of the scene, or even frees it (its
+    // creation undone, the redo discarded by a new change): the node list's message.
+    for (const char *change : {"n.remove()", "document.undo(); document.root.addGroup('Other')"}) {
+        EXPECT_EQ(call(QStringLiteral("var n = document.root.addGroup('N');"
+                                      "tools.probe2(n, {get a() { %1; return 1; }})")
+                           .arg(QLatin1String(change))),
+                  QStringLiteral("The first parameter has to be an array of nodes"))
+            << change;
+        EXPECT_TRUE(s_seen.isEmpty()) << change;
+    }
+    EXPECT_EQ(call(QStringLiteral("var n = document.root.addGroup('N'); n.remove();"
+                                  "tools.probe2([n], {})")),
+              QStringLiteral("The first parameter has to be an array of nodes"));
 }
 
 #include "scriptcall_test.moc"

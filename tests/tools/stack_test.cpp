@@ -339,6 +339,61 @@ TEST_F(StackTest, TheWindowRebuildsReordersAndCancelsExactly)
     EXPECT_EQ(dump(document()), before);
 }
 
+TEST_F(StackTest, TheWindowOutlivesScriptsThatChangeItsShapesAndKeepsItsSettingsToItself)
+{
+    INode *atlas = root()->createChildShape("generator.Book.HardCover", QStringLiteral("Atlas"));
+    INode *novel = root()->createChildShape("generator.Book.HardCover", QStringLiteral("Novel"));
+    const QString open = QStringLiteral("var a = document.findNode('Atlas'),"
+                                        "    n = document.findNode('Novel');"
+                                        "document.runTool('Stack...'); var w = document.window;"
+                                        "function count() {"
+                                        "  return document.findNode('Stack').children.length; }");
+
+    // A re-sort that finds no shape by its row's name keeps the stack; one that finds some
+    // stacks those.
+    document().SetSelection({atlas}, Document::ReplaceSelection);
+    QByteArray before = dump(document());
+    int steps = document().history().undoCount();
+    EXPECT_EQ(run(open
+                  + QStringLiteral("a.name = 'Renamed'; w.moveRow(0, 0);"
+                                   "print(w.rows, count(), a.parent.name);"
+                                   "w.set('offsetX', 2); a.remove(); w.moveRow(0, 0);"
+                                   "w.set('twistStep', 5); print(count()); w.cancel();"))
+                  .toStdString(),
+              "Atlas 3 Stack\n2");
+    EXPECT_EQ(dump(document()), before);
+    EXPECT_EQ(document().history().undoCount(), steps);
+
+    document().SetSelection({atlas, novel}, Document::ReplaceSelection);
+    before = dump(document());
+    steps = document().history().undoCount();
+    EXPECT_EQ(run(open
+                  + QStringLiteral("n.name = 'Renamed'; w.moveRow(1, 0);"
+                                   "print(w.rows, count(), n.parent === document.root);"
+                                   "w.accept();"))
+                  .toStdString(),
+              "Novel,Atlas 3 true");
+    EXPECT_EQ(document().history().undoCount(), steps + 1);
+    document().undo();
+    EXPECT_EQ(dump(document()), before);
+
+    // The window's settings are reached through its panel only, with the panel's checks.
+    EXPECT_EQ(run(open
+                  + QStringLiteral("w.offsetX = 1e39; w.twistStep = 3e38;"
+                                   "print(w.get('offsetX'), w.get('twistStep'));"
+                                   "try { w.set('offsetX', 1e39); } catch (e) { print(e.message); }"
+                                   "try { w.set('offsetX', {valueOf: function () {"
+                                   "  document.window.cancel(); return 1; }}); }"
+                                   "catch (e) { print(e.message); }"
+                                   "print(document.window)"))
+                  .toStdString(),
+              "0 0\n"
+              "The window has no setting \"offsetX\" that takes 1e+39\n"
+              "The tool window is closed\n"
+              "null");
+    EXPECT_EQ(dump(document()), before);
+}
+
 TEST_F(StackTest, TheScriptFunctionChecksEverythingBeforeBuilding)
 {
     root()->createChildShape("generator.Boxes.Box", QStringLiteral("Box"));
@@ -364,10 +419,36 @@ TEST_F(StackTest, TheScriptFunctionChecksEverythingBeforeBuilding)
         {"new tools.stack([], {})", "Do not call this as a constructor"},
         {"tools.stack([document.findNode('Box'), document.findNode('Box')], {repeats: 50001})",
          "The stack would hold 100002 shapes; at most 100000 can be stacked"},
+        {"tools.stack([document.findNode('Box')], {repeats: 5e9})",
+         "The stack would hold 2147483647 shapes; at most 100000 can be stacked"},
+        // Nodes out of the scene, before the call or taken out by a getter while the
+        // dictionary is read.
+        {"var b = document.findNode('Box'); b.remove(); tools.stack([b], {})",
+         "The first parameter has to be an array of nodes"},
+        {"var b = document.findNode('Box'); tools.stack([b], {get seed() { b.remove(); return 2; "
+         "}})",
+         "The first parameter has to be an array of nodes"},
+        {"var b = document.root.addShape('generator.Boxes.Box', 'New'); document.undo();"
+         "tools.stack([b], {})",
+         "The first parameter has to be an array of nodes"},
+        {"tools.stack([document.findNode('Box')], {offsetX: NaN})",
+         "offsetX must be a finite number that fits in single precision"},
+        {"tools.stack([document.findNode('Box')], {offsetY: -Infinity})",
+         "offsetY must be a finite number that fits in single precision"},
+        {"tools.stack([document.findNode('Box')], {twistStep: 1e39})",
+         "twistStep must be a finite number that fits in single precision"},
+        {"tools.stack([document.findNode('Box')], {twistDisorder: '1e39'})",
+         "twistDisorder must be a finite number that fits in single precision"},
+        {"tools.stack([document.findNode('Box')], {offsetDisorder: Infinity})",
+         "offsetDisorder must be a finite number that fits in single precision"},
+        {"tools.stack([document.findNode('Box')], {seed: NaN})",
+         "seed must be a finite number that fits in single precision"},
+        {"tools.stack([document.findNode('Box')], {repeats: Infinity})",
+         "repeats must be a finite number that fits in single precision"},
     };
     for (const auto &failure : failures) {
-        EXPECT_EQ(run(QLatin1String(failure.call)),
-                  QStringLiteral("error: test.js:1: Error: ") + QLatin1String(failure.error));
+        EXPECT_EQ(run(QLatin1String(failure.call)).toStdString(),
+                  "error: test.js:1: Error: " + std::string(failure.error));
         EXPECT_EQ(dump(document()), before) << failure.call;
     }
 

@@ -445,9 +445,17 @@ TEST_F(StepAndRepeatTest, ScriptKeysAreLowerCaseExactAndAppliedInOrder)
     EXPECT_EQ(grid(QStringLiteral(
                   "{repeatx: 2, repeaty: 4, repeatz: 3, stepx: 0.5, stepy: -12, stepz: 2.5}")),
               QStringLiteral("undefined\n24 20.5,-6,65"));
-    EXPECT_EQ(grid(QStringLiteral("{repeatx: 'abc', repeaty: 3e9, stepy: NaN}")),
+    EXPECT_EQ(grid(QStringLiteral("{repeatx: 'abc', repeaty: 3e9, stepy: 'x'}")),
               QStringLiteral("undefined\n30 0,290,0"))
         << "text counts as 0 and a huge count as the most";
+    const QByteArray unchanged = dump(document());
+    for (const char *key : {"repeatx", "stepy"}) {
+        EXPECT_EQ(grid(QStringLiteral("{%1: NaN}").arg(QLatin1String(key))),
+                  QStringLiteral("error: test.js:1: Error: %1 must be a finite number that fits "
+                                 "in single precision")
+                      .arg(QLatin1String(key)));
+        EXPECT_EQ(dump(document()), unchanged) << key;
+    }
 
     // The grid is part of the script's own undo step.
     const QByteArray before = dump(document());

@@ -19,7 +19,8 @@ QScriptValue EasyLightingScript(QScriptContext *context, QScriptEngine *engine)
 {
     ScriptCall call(context, engine, "Usage: tools.easyLighting(params)", 1);
     QVariantMap params;
-    if (!call.dictionary(0, "The parameter has to be a dictionary", &params))
+    if (!call.dictionary(0, "The parameter has to be a dictionary", &params)
+        || !call.numbers(params, NumberKeys(EasyLightingImplementation::staticMetaObject, keys)))
         return call.result();
     EasyLightingImplementation settings(&call.document(), false);
     ApplyScriptSettings(settings, params, keys);

@@ -17,7 +17,8 @@ QScriptValue FitToViewScript(QScriptContext *context, QScriptEngine *engine)
 {
     ScriptCall call(context, engine, "Usage: tools.fitToView(params)", 1);
     QVariantMap params;
-    if (!call.dictionary(0, "The parameter has to be a dictionary", &params))
+    if (!call.dictionary(0, "The parameter has to be a dictionary", &params)
+        || !call.numbers(params, NumberKeys(FitToViewImplementation::staticMetaObject, keys)))
         return call.result();
     FitToViewImplementation settings(&call.document());
     ApplyScriptSettings(settings, params, keys);

@@ -39,6 +39,8 @@ StackBuilder::StackBuilder(const std::vector<INode *> &input,
 {
     if (m_ownsUndoGroup)
         m_document->BeginUndoGroup();
+    if (m_nodes.empty())
+        return; // nothing to stack: no group, no changes
     INode *first = m_nodes.front();
     m_group = m_document->GetRootNode()->CreateChildGroup(QStringLiteral("Stack"));
     m_document->MoveNodes(m_group, 0, m_nodes);
@@ -57,8 +59,11 @@ StackBuilder::StackBuilder(const std::vector<INode *> &input,
     if (repeatCount >= 2) {
         m_nodes.reserve(n * repeatCount);
         for (std::size_t pass = 1; pass < repeatCount; ++pass) {
-            for (std::size_t j = 0; j < n; ++j)
-                m_nodes.push_back(m_document->CloneNode(m_nodes[j], 0));
+            for (std::size_t j = 0; j < n; ++j) {
+                // The document copies only nodes in its scene.
+                if (INode *copy = m_document->CloneNode(m_nodes[j], 0))
+                    m_nodes.push_back(copy);
+            }
         }
     }
     Layout();
@@ -83,6 +88,8 @@ void StackBuilder::Layout()
     for (INode *node : m_nodes) {
         const auto *mesh = qobject_cast<IMeshNode *>(node);
         auto *transformations = qobject_cast<ITransformations *>(node);
+        if (!mesh || !transformations)
+            continue;
         const Vector3 scale = transformations->GetScale();
         const TBBox<float> box = mesh->GetLocalBBox();
         const float minX = box.min[0] * scale.x, maxX = box.max[0] * scale.x;

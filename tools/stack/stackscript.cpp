@@ -3,6 +3,7 @@
 #include "tools/stack/stackscript.h"
 
 #include "frame/scriptcall.h"
+#include "frame/scriptsettings.h"
 #include "tools/stack/stackbuilder.h"
 #include "tools/stack/stackclassification.h"
 
@@ -20,8 +21,18 @@ QScriptValue StackScript(QScriptContext *context, QScriptEngine *engine)
         call.fail("The first parameter has to be an array of nodes");
         return call.result();
     }
+    // The dictionary is read whole before anything changes; its getters may take a node out of
+    // the scene, which the frame then refuses as it refuses such a node in the array.
     if (!call.nodes(0, "The first parameter has to be an array of nodes", &nodes)
-        || !call.dictionary(1, "The second parameter has to be a dictionary", &params))
+        || !call.dictionary(1, "The second parameter has to be a dictionary", &params)
+        || !call.numbers(params,
+                         {"repeats",
+                          "seed",
+                          "twistStep",
+                          "twistDisorder",
+                          "offsetX",
+                          "offsetY",
+                          "offsetDisorder"}))
         return call.result();
     if (nodes.empty()) {
         call.fail("The list of nodes is empty");
@@ -32,7 +43,10 @@ QScriptValue StackScript(QScriptContext *context, QScriptEngine *engine)
         return call.result();
     }
     const QLatin1String repeatsKey("repeats");
-    const int repeats = params.contains(repeatsKey) ? params.value(repeatsKey).toInt() : 3;
+    // A count beyond the int range saturates, so that 5e9 is refused as too many rather than
+    // wrapped round to a small or negative count.
+    const int repeats
+        = params.contains(repeatsKey) ? ScriptSettingInt(params.value(repeatsKey)) : 3;
     const long long shapes = (long long) nodes.size() * std::max(repeats, 1);
     if (shapes > MostStackedShapes) {
         const QByteArray message
@@ -53,7 +67,7 @@ QScriptValue StackScript(QScriptContext *context, QScriptEngine *engine)
         parameter = convert(params.value(name));
         return true;
     };
-    const auto toInt = [](const QVariant &v) { return v.toInt(); };
+    const auto toInt = [](const QVariant &v) { return ScriptSettingInt(v); };
     const auto toFloat = [](const QVariant &v) { return v.toFloat(); };
     if (apply("seed", builder.seed, toInt))
         builder.Layout();

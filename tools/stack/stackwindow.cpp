@@ -159,6 +159,10 @@ void StackWindow::onSortStackImpl()
             remaining.erase(match);
         }
     }
+    // No row matched a node (a script renamed the shapes while the window was open): there is
+    // nothing to stack in another order, and the stack stays as it is.
+    if (sorted.empty())
+        return;
     m_nodes = sorted;
     rebuild(m_nodes, panelValue(QStringLiteral("generationRepeatList")).toInt());
 }

@@ -15,15 +15,6 @@ namespace {
 
 const char *const notAShapeNode = "The first parameter has be a shape node";
 
-// Whether the node hangs below the document's root. A script can still hold a node it removed;
-// such a node has no place to be wrapped in and cannot be cloned.
-bool isInScene(const INode *node, const IDocument &document)
-{
-    while (node->GetParent())
-        node = node->GetParent();
-    return node == document.GetRootNode();
-}
-
 } // namespace
 
 QScriptValue StepAndRepeatScript(QScriptContext *context, QScriptEngine *engine)
@@ -32,18 +23,20 @@ QScriptValue StepAndRepeatScript(QScriptContext *context, QScriptEngine *engine)
     std::vector<INode *> nodes;
     if (!call.nodes(0, notAShapeNode, &nodes))
         return call.result();
-    if (nodes.size() != 1 || nodes.front()->GetNodeType() != INode::MeshNodeType
-        || !isInScene(nodes.front(), call.document())) {
+    // The frame's node list holds only nodes in the scene: a removed shape never gets here.
+    if (nodes.size() != 1 || nodes.front()->GetNodeType() != INode::MeshNodeType) {
         call.fail(notAShapeNode);
         return call.result();
     }
-    QVariantMap params;
-    if (!call.dictionary(1, "The second parameter has to be a dictionary", &params))
-        return call.result();
-
     ScriptSetting keys[std::size(StepAndRepeatSettings)];
     for (std::size_t i = 0; i < std::size(keys); ++i)
         keys[i] = ScriptSetting{StepAndRepeatSettings[i].key, StepAndRepeatSettings[i].property};
+    // Read whole before the grid is built; reading may run getters that change the scene, and
+    // the frame then checks the shape again.
+    QVariantMap params;
+    if (!call.dictionary(1, "The second parameter has to be a dictionary", &params)
+        || !call.numbers(params, NumberKeys(StepAndRepeatImpl::staticMetaObject, keys)))
+        return call.result();
     StepAndRepeatImpl settings(&call.document(), false, nodes.front());
     // Each key that changes a value lays the grid out again before the next one is read.
     ApplyScriptSettings(settings, params, keys);
