@@ -21,11 +21,15 @@ function(vantrel_add_library)
     endif()
 endfunction()
 
-# vantrel_add_test(NAME <name> SOURCES ... [DEPENDS ...] [LABELS ...] [PLATFORM <qpa>])
+# vantrel_add_test(NAME <name> SOURCES ... [DEPENDS ...] [LABELS ...] [PLATFORM <qpa>]
+#                  [TIMEOUT <seconds per test, default 60>])
 # Every test runs headless (offscreen Qt platform unless PLATFORM names another, such as xcb for
 # the desktop window's tests under Xvfb). Test discovery at build time always runs offscreen.
 function(vantrel_add_test)
-    cmake_parse_arguments(ARG "" "NAME;PLATFORM" "SOURCES;DEPENDS;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "" "NAME;PLATFORM;TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 60)
+    endif()
     if(NOT ARG_PLATFORM)
         set(ARG_PLATFORM offscreen)
     endif()
@@ -41,7 +45,7 @@ function(vantrel_add_test)
         DISCOVERY_TIMEOUT 60
         PROPERTIES
             LABELS "${ARG_LABELS}"
-            TIMEOUT 60
+            TIMEOUT ${ARG_TIMEOUT}
             ${lock}
             # One variable only: gtest_discover_tests takes a list value apart into separate
             # arguments, so a second variable would become a property of its own and be lost.

@@ -48,7 +48,8 @@ reopens(const QString &name, const QString &expression, const QString &expected)
                                            dir.filePath(name),
                                            QStringLiteral("-e"),
                                            QStringLiteral("print(%1)").arg(expression)},
-                                          dir);
+                                          dir,
+                                          80);
         EXPECT_EQ(again.exitCode, 0) << again.err.toStdString();
         EXPECT_EQ(again.out.trimmed().toStdString(), expected.toStdString());
     };
@@ -148,7 +149,7 @@ std::vector<FaultCase> fileCases()
          .check = reopens(QStringLiteral("saved.vscene"),
                           QStringLiteral("document.root.children.length"),
                           QStringLiteral("200000")),
-         .timeoutSeconds = 50},
+         .timeoutSeconds = 150},
         {.name = "OneNodeBeyondTheLimitIsRefused",
          .arguments = {"run", "{dir}/groups.vscene"},
          .exitCode = 1,
@@ -165,7 +166,7 @@ std::vector<FaultCase> fileCases()
          .check = reopens(QStringLiteral("stack.vscene"),
                           QStringLiteral("document.findNode('Stack').children.length"),
                           QStringLiteral("100000")),
-         .timeoutSeconds = 50},
+         .timeoutSeconds = 150},
         {.name = "SceneControlCharacterInString",
          .arguments = {"run", "{dir}/in.vscene"},
          .exitCode = 1,
