@@ -3,6 +3,7 @@
 // Model files built to hurt the importer: deep node chains, instance explosions, damaged files.
 
 #include "tests/faults/faultcase.h"
+#include "tests/support/testsupport.h"
 
 #include <QRegularExpression>
 #include <QtEndian>
@@ -71,30 +72,6 @@ QByteArray glb(QByteArray json)
                          0x4E4F534Au}) // "glTF", version, length; the chunk's length, "JSON"
         appendLittleEndian(&bytes, word);
     return bytes + json;
-}
-
-// A Collada file whose nodes nest 20 000 deep: the importer recurses through them and overflows
-// its stack (assimp 5.2), so it stands for any fault inside the importer.
-QByteArray deepCollada()
-{
-    QByteArray nodes;
-    for (int i = 0; i < 20000; ++i)
-        nodes += "<node id=\"n" + QByteArray::number(i) + "\">";
-    nodes += R"(<instance_geometry url="#g"/>)";
-    for (int i = 0; i < 20000; ++i)
-        nodes += "</node>";
-    return R"(<?xml version="1.0" encoding="utf-8"?>
-<COLLADA xmlns="http://www.collada.org/2005/11/COLLADASchema" version="1.4.1">
-<library_geometries><geometry id="g"><mesh>
-<source id="p"><float_array id="pa" count="9">0 0 0 1 0 0 0 1 0</float_array>
-<technique_common><accessor source="#pa" count="3" stride="3"><param name="X" type="float"/>
-<param name="Y" type="float"/><param name="Z" type="float"/></accessor></technique_common>
-</source><vertices id="v"><input semantic="POSITION" source="#p"/></vertices>
-<triangles count="1"><input semantic="VERTEX" source="#v" offset="0"/><p>0 1 2</p></triangles>
-</mesh></geometry></library_geometries>
-<library_visual_scenes><visual_scene id="s">)"
-           + nodes + R"(</visual_scene></library_visual_scenes>
-<scene><instance_visual_scene url="#s"/></scene></COLLADA>)";
 }
 
 // A binary STL of 1000 triangles and a binary PLY of 100, each cut off half-way.
@@ -192,7 +169,10 @@ std::vector<FaultCase> modelsCases()
                  "liar.ply",
                  plyHeader(3, 2000000000) + plyBody(3, 1),
                  "(reading the model needed more than 4096 MiB|the model importer failed)"),
-        modelRow("ImporterCrashesOnDeepCollada", "deep.dae", deepCollada(), crash),
+        modelRow("ImporterCrashesOnDeepCollada",
+                 "deep.dae",
+                 colladaModel(nestedColladaNodes(20000)),
+                 crash),
         // The program survives the importer's crash: the script goes on and saves its work.
         {.name = "WorkGoesOnAfterTheImporterCrashed",
          .arguments = {"run",
@@ -203,7 +183,10 @@ std::vector<FaultCase> modelsCases()
                        "--save",
                        "{dir}/out.vscene"},
          .exitCode = 0,
-         .prepare = [](const QDir &dir) { writeFile(dir, "deep.dae", deepCollada()); },
+         .prepare =
+             [](const QDir &dir) {
+                 writeFile(dir, "deep.dae", colladaModel(nestedColladaNodes(20000)));
+             },
          .check =
              [crash](const QDir &dir, const FaultRun &run) {
                  EXPECT_TRUE(QRegularExpression("deep\\.dae: " + crash).match(run.out).hasMatch())

@@ -157,30 +157,6 @@ QByteArray doublingGltf(int levels)
     return gltf(nodes, s_triangle, {QString::number(levels)});
 }
 
-// A Collada file with one triangle; nodes is the XML of its scene's nodes, in which
-// <instance_geometry url="#g"/> places the triangle.
-QByteArray collada(const QByteArray &nodes)
-{
-    return R"(<?xml version="1.0" encoding="utf-8"?>
-<COLLADA xmlns="http://www.collada.org/2005/11/COLLADASchema" version="1.4.1">
-<library_geometries><geometry id="g"><mesh>
-<source id="p"><float_array id="pa" count="9">0 0 0 1 0 0 0 1 0</float_array>
-<technique_common><accessor source="#pa" count="3" stride="3"><param name="X" type="float"/>
-<param name="Y" type="float"/><param name="Z" type="float"/></accessor></technique_common>
-</source><vertices id="v"><input semantic="POSITION" source="#p"/></vertices>
-<triangles count="1"><input semantic="VERTEX" source="#v" offset="0"/><p>0 1 2</p></triangles>
-</mesh></geometry></library_geometries>
-<library_visual_scenes><visual_scene id="s">)"
-           + nodes + R"(</visual_scene></library_visual_scenes>
-<scene><instance_visual_scene url="#s"/></scene></COLLADA>)";
-}
-
-QByteArray nestedColladaNodes(int levels)
-{
-    return QByteArray("<node>").repeated(levels) + R"(<instance_geometry url="#g"/>)"
-           + QByteArray("</node>").repeated(levels);
-}
-
 QByteArray sceneWithModel(const QString &path)
 {
     return QStringLiteral(R"({"format": "vantrel-scene", "version": 1, "root": {"children": [
@@ -411,16 +387,24 @@ TEST(ModelFile, NodeLimitsHoldExactlyAtTheirBoundariesInEveryFormat)
 
     // Other formats are held to the same limits on the tree the importer built, before the
     // steps that walk it recursively and copy every piece into place.
-    EXPECT_TRUE(readWith("nested.dae", collada(nestedColladaNodes(40)), 40, 1000).first);
-    EXPECT_EQ(
-        readWith("nested.dae", collada(nestedColladaNodes(40)), 39, 1000).second.toStdString(),
-        "the nodes are nested more than 39 levels deep; models are limited to 39 levels of "
-        "nodes");
+    EXPECT_TRUE(readWith("nested.dae",
+                         vantrel::test::colladaModel(vantrel::test::nestedColladaNodes(40)),
+                         40,
+                         1000)
+                    .first);
+    EXPECT_EQ(readWith("nested.dae",
+                       vantrel::test::colladaModel(vantrel::test::nestedColladaNodes(40)),
+                       39,
+                       1000)
+                  .second.toStdString(),
+              "the nodes are nested more than 39 levels deep; models are limited to 39 levels of "
+              "nodes");
     const QByteArray wide
         = QByteArray(R"(<node><instance_geometry url="#g"/></node>)").repeated(150);
-    EXPECT_TRUE(readWith("wide.dae", collada(wide), 256, 150).first);
-    EXPECT_EQ(readWith("wide.dae", collada(wide), 256, 149).second.toStdString(),
-              "more than 149 nodes; models are limited to 149 nodes");
+    EXPECT_TRUE(readWith("wide.dae", vantrel::test::colladaModel(wide), 256, 150).first);
+    EXPECT_EQ(
+        readWith("wide.dae", vantrel::test::colladaModel(wide), 256, 149).second.toStdString(),
+        "more than 149 nodes; models are limited to 149 nodes");
 }
 
 TEST(ModelFile, TheGraphIsCheckedBeforeTheImporterAndTheImporterWithinLimits)
@@ -470,7 +454,7 @@ TEST(ModelFile, AFaultInsideTheImporterIsReportedAndTheProgramGoesOn)
     const QString crash = ": the model importer failed (killed by signal 11: Segmentation fault)";
     // The importer recurses through nested Collada nodes while it reads them, past its stack.
     const QString deep = dir.filePath("deep.dae");
-    writeFile(deep, collada(nestedColladaNodes(20000)));
+    writeFile(deep, vantrel::test::colladaModel(vantrel::test::nestedColladaNodes(20000)));
     QString error;
     EXPECT_EQ(ModelFile::load(deep, &error), nullptr);
     EXPECT_EQ(error.toStdString(), (deep + crash).toStdString());

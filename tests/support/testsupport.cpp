@@ -123,4 +123,26 @@ QByteArray dump(const host::Document &document)
     return host::dumpScene(document);
 }
 
+QByteArray colladaModel(const QByteArray &nodes)
+{
+    return R"(<?xml version="1.0" encoding="utf-8"?>
+<COLLADA xmlns="http://www.collada.org/2005/11/COLLADASchema" version="1.4.1">
+<library_geometries><geometry id="g"><mesh>
+<source id="p"><float_array id="pa" count="9">0 0 0 1 0 0 0 1 0</float_array>
+<technique_common><accessor source="#pa" count="3" stride="3"><param name="X" type="float"/>
+<param name="Y" type="float"/><param name="Z" type="float"/></accessor></technique_common>
+</source><vertices id="v"><input semantic="POSITION" source="#p"/></vertices>
+<triangles count="1"><input semantic="VERTEX" source="#v" offset="0"/><p>0 1 2</p></triangles>
+</mesh></geometry></library_geometries>
+<library_visual_scenes><visual_scene id="s">)"
+           + nodes + R"(</visual_scene></library_visual_scenes>
+<scene><instance_visual_scene url="#s"/></scene></COLLADA>)";
+}
+
+QByteArray nestedColladaNodes(int levels)
+{
+    return QByteArray("<node>").repeated(levels) + R"(<instance_geometry url="#g"/>)"
+           + QByteArray("</node>").repeated(levels);
+}
+
 } // namespace vantrel::test

@@ -37,6 +37,13 @@ addPointsNode(host::BaseNode *parent, const QString &name, const std::vector<Vec
 // node matrices and vertices in double precision, independently of the host's box functions.
 double lowestWorldZ(const host::BaseNode *node);
 
+// A Collada model of one triangle; nodes is the XML of its scene's nodes, in which
+// <instance_geometry url="#g"/> places the triangle.
+QByteArray colladaModel(const QByteArray &nodes);
+// Nodes nested levels deep around the triangle: deep enough, the importer's recursion through
+// them overflows its stack (assimp 5.2), standing for any fault inside the importer.
+QByteArray nestedColladaNodes(int levels);
+
 // The canonical dump of the document (see scenedump.h).
 QByteArray dump(const host::Document &document);
 
