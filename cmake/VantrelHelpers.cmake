@@ -22,11 +22,11 @@ function(vantrel_add_library)
 endfunction()
 
 # vantrel_add_test(NAME <name> SOURCES ... [DEPENDS ...] [LABELS ...] [PLATFORM <qpa>]
-#                  [TIMEOUT <seconds per test, default 60>])
+#                  [TIMEOUT <seconds per test, default 60>] [RESOURCE_LOCK <name>])
 # Every test runs headless (offscreen Qt platform unless PLATFORM names another, such as xcb for
 # the desktop window's tests under Xvfb). Test discovery at build time always runs offscreen.
 function(vantrel_add_test)
-    cmake_parse_arguments(ARG "" "NAME;PLATFORM;TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "" "NAME;PLATFORM;TIMEOUT;RESOURCE_LOCK" "SOURCES;DEPENDS;LABELS" ${ARGN})
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 60)
     endif()
@@ -38,6 +38,8 @@ function(vantrel_add_test)
     set(lock "")
     if(NOT ARG_PLATFORM STREQUAL "offscreen")
         set(lock RESOURCE_LOCK x-display)
+    elseif(ARG_RESOURCE_LOCK)
+        set(lock RESOURCE_LOCK ${ARG_RESOURCE_LOCK})
     endif()
     add_executable(${ARG_NAME} ${ARG_SOURCES})
     target_link_libraries(${ARG_NAME} PRIVATE vantrel-testmain ${ARG_DEPENDS})
