@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/scenewriter.h"
 
+#include "host/hostfunctions.h"
 #include "hostapp/core/basenode.h"
 #include "hostapp/core/document.h"
 #include "hostapp/core/jsontext.h"
@@ -25,12 +26,33 @@ namespace key = scenekey;
 QString SceneWriter::selectionPath(const BaseNode *node)
 {
     QStringList steps;
-    for (; node->parentNode(); node = node->parentNode()) {
-        const std::vector<INode *> &siblings = node->parentNode()->GetChildren();
-        steps.prepend(
-            QString::number(std::find(siblings.begin(), siblings.end(), node) - siblings.begin()));
-    }
+    for (; node->parentNode(); node = node->parentNode())
+        steps.prepend(QString::number(GetNodePos(node)));
     return steps.join(QLatin1Char('/'));
+}
+
+void SceneWriter::cameraObject(const Camera &camera, JsonText &out)
+{
+    const QLatin1String next(", ");
+    out.raw('{');
+    out.key(key::aspectRatio).number(double(camera.GetAspectRatio())).raw(next);
+    out.key(key::distance).number(double(camera.GetDistance())).raw(next);
+    out.key(key::fieldOfView).number(double(camera.GetFieldOfView())).raw(next);
+    out.key(key::pitch).number(double(camera.pitch())).raw(next);
+    out.key(key::target).vector(camera.GetTarget()).raw(next);
+    out.key(key::yaw).number(double(camera.yaw())).raw('}');
+}
+
+void SceneWriter::selectionArray(const Document &document, JsonText &out)
+{
+    out.raw('[');
+    bool first = true;
+    for (INode *node : document.GetSelection()) {
+        if (!std::exchange(first, false))
+            out.raw(QLatin1String(", "));
+        out.string(selectionPath(static_cast<const BaseNode *>(node)));
+    }
+    out.raw(']');
 }
 
 void SceneWriter::nodeFields(const BaseNode &node, Style style, JsonText &out)
@@ -124,19 +146,13 @@ void SceneWriter::writeChildren(const BaseNode &parent,
 
 void SceneWriter::write(const Document &document, JsonText &out)
 {
-    const Camera &camera = *document.camera();
     out.raw(QLatin1String("{\n"));
     indent(out, 1);
     out.key(key::ambient).number(double(document.GetAmbientIntensity())).raw(QLatin1String(",\n"));
     indent(out, 1);
-    out.key(key::camera).raw('{');
-    out.key(key::aspectRatio).number(double(camera.GetAspectRatio())).raw(QLatin1String(", "));
-    out.key(key::distance).number(double(camera.GetDistance())).raw(QLatin1String(", "));
-    out.key(key::fieldOfView).number(double(camera.GetFieldOfView())).raw(QLatin1String(", "));
-    out.key(key::pitch).number(double(camera.pitch())).raw(QLatin1String(", "));
-    out.key(key::target).vector(camera.GetTarget());
-    out.raw(QLatin1String(", ")).key(key::yaw).number(double(camera.yaw()));
-    out.raw(QLatin1String("},\n"));
+    out.key(key::camera);
+    cameraObject(*document.camera(), out);
+    out.raw(QLatin1String(",\n"));
     indent(out, 1);
     out.key(key::format).string(QLatin1String(SceneFile::FormatName)).raw(QLatin1String(",\n"));
     indent(out, 1);
@@ -150,14 +166,9 @@ void SceneWriter::write(const Document &document, JsonText &out)
         out);
     out.raw(QLatin1String("},\n"));
     indent(out, 1);
-    out.key(key::selection).raw('[');
-    bool first = true;
-    for (INode *node : document.GetSelection()) {
-        if (!std::exchange(first, false))
-            out.raw(QLatin1String(", "));
-        out.string(selectionPath(static_cast<const BaseNode *>(node)));
-    }
-    out.raw(QLatin1String("],\n"));
+    out.key(key::selection);
+    selectionArray(document, out);
+    out.raw(QLatin1String(",\n"));
     indent(out, 1);
     out.key(key::version).number(qint64(SceneFile::CurrentVersion)).raw(QLatin1String("\n}\n"));
 }
@@ -173,35 +184,39 @@ SceneReader::Refusal SceneWriter::check(const Document &document)
 {
     using Refusal = SceneReader::Refusal;
     // Depth first without recursion: the groups being walked, each with the number of its
-    // children taken so far, so that the first entries spell the place of a node.
+    // children taken so far, so that the entries spell the place of the node the walk is at.
     std::vector<std::pair<const BaseNode *, std::size_t>> open{{document.root(), 0}};
-    const auto place = [&open](std::size_t entries) {
+    const auto here = [&open] {
         QString text = key::root;
-        for (std::size_t k = 0; k < entries; ++k)
+        for (std::size_t k = 0; k + 1 < open.size(); ++k)
             text = SceneReader::childPlace(text, int(open[k].second) - 1);
         return text;
     };
-    // The first of the values beyond limit, as the reader would refuse it.
-    const auto check = [](const QString &at, std::initializer_list<float> values, double limit) {
+    const auto field = [&here](QLatin1String name) { return here() + QLatin1Char('.') + name; };
+    // The first of the values beyond limit, as the reader would refuse it. Places are spelled
+    // only for a refusal, so a save's check costs next to nothing per node.
+    const auto beyond = [](const auto &place, std::initializer_list<float> values, double limit) {
         int i = 0;
         for (const float value : values) {
             if (!(std::abs(double(value)) <= limit)) {
-                const QString where
-                    = values.size() == 1 ? at : QStringLiteral("%1[%2]").arg(at).arg(i);
-                return Refusal{where, SceneReader::rangeProblem(double(value), limit)};
+                return Refusal{values.size() == 1 ? place()
+                                                  : QStringLiteral("%1[%2]").arg(place()).arg(i),
+                               SceneReader::rangeProblem(double(value), limit)};
             }
             ++i;
         }
         return Refusal();
     };
+    const auto at = [&field](QLatin1String name) { return [&field, name] { return field(name); }; };
 
-    Refusal refusal
-        = check(key::ambient, {document.GetAmbientIntensity()}, SceneFile::MaximumOther);
+    const Vector3 target = document.camera()->GetTarget();
+    Refusal refusal = beyond([] { return QString(key::ambient); },
+                             {document.GetAmbientIntensity()},
+                             SceneFile::MaximumOther);
     if (refusal.problem.isEmpty()) {
-        const Vector3 target = document.camera()->GetTarget();
-        refusal = check(QStringLiteral("camera.target"),
-                        {target.x, target.y, target.z},
-                        SceneFile::MaximumPosition);
+        refusal = beyond([] { return QStringLiteral("camera.target"); },
+                         {target.x, target.y, target.z},
+                         SceneFile::MaximumPosition);
     }
     qint64 count = 0;
     while (refusal.problem.isEmpty() && !open.empty()) {
@@ -212,21 +227,18 @@ SceneReader::Refusal SceneWriter::check(const Document &document)
         }
         const BaseNode *child = node->childNode(next++);
         open.emplace_back(child, 0);
-        const std::size_t depth = open.size() - 1; // the root's children are at depth 1
-        if (int(depth) > SceneFile::MaximumDepth)
-            return {place(depth), SceneReader::depthProblem()};
+        if (int(open.size()) - 1 > SceneFile::MaximumDepth) // the root's children are at depth 1
+            return {here(), SceneReader::depthProblem()};
         if (++count > SceneFile::MaximumNodeCount)
             return {key::root,
                     QStringLiteral("more than %1 nodes").arg(SceneFile::MaximumNodeCount)};
-        const auto field
-            = [&](QLatin1String name) { return place(depth) + QLatin1Char('.') + name; };
         if (const auto *scene = qobject_cast<const SceneNode *>(child)) {
             const Vector3 p = scene->GetPosition(), r = scene->GetRotation(), s = scene->GetScale();
-            refusal = check(field(key::position), {p.x, p.y, p.z}, SceneFile::MaximumPosition);
+            refusal = beyond(at(key::position), {p.x, p.y, p.z}, SceneFile::MaximumPosition);
             if (refusal.problem.isEmpty())
-                refusal = check(field(key::rotation), {r.x, r.y, r.z}, SceneFile::MaximumRotation);
+                refusal = beyond(at(key::rotation), {r.x, r.y, r.z}, SceneFile::MaximumRotation);
             if (refusal.problem.isEmpty())
-                refusal = check(field(key::scale), {s.x, s.y, s.z}, SceneFile::MaximumScale);
+                refusal = beyond(at(key::scale), {s.x, s.y, s.z}, SceneFile::MaximumScale);
         }
         if (const QString problem
             = SceneFile::textProblem(child->GetName(), SceneFile::MaximumNameLength);
@@ -246,11 +258,10 @@ SceneReader::Refusal SceneWriter::check(const Document &document)
         }
         const auto *light = qobject_cast<const LightNode *>(child);
         if (light && refusal.problem.isEmpty())
-            refusal
-                = check(field(key::intensity), {light->GetIntensity()}, SceneFile::MaximumOther);
+            refusal = beyond(at(key::intensity), {light->GetIntensity()}, SceneFile::MaximumOther);
         if (light && refusal.problem.isEmpty())
             refusal
-                = check(field(key::shadowBlur), {light->GetShadowBlur()}, SceneFile::MaximumOther);
+                = beyond(at(key::shadowBlur), {light->GetShadowBlur()}, SceneFile::MaximumOther);
     }
     return refusal;
 }

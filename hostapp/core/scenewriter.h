@@ -12,6 +12,7 @@
 namespace vantrel::host {
 
 class BaseNode;
+class Camera;
 class Document;
 class JsonText;
 
@@ -42,6 +43,10 @@ public:
 
     // A node's place as the selection stores it: child indices from the root, such as "0/2".
     static QString selectionPath(const BaseNode *node);
+    // {"aspectRatio": ..., ..., "yaw": ...} and ["0/2", ...], as both the file and the dump
+    // write them.
+    static void cameraObject(const Camera &camera, JsonText &out);
+    static void selectionArray(const Document &document, JsonText &out);
 
     // Why the document cannot be written as a file that opens again, with the place, as the
     // reader would refuse that file ("root.children[0].position[2]: 2e+07 is outside ..."); an
