@@ -56,27 +56,58 @@ QString outputFileProblem(const QString &path)
     return QString();
 }
 
+int openIfRegular(const QString &path, struct stat *info)
+{
+    const QByteArray name = QFile::encodeName(path);
+    *info = {};
+    // A FIFO or a device is refused before it is opened (opening a FIFO waits for a writer, and
+    // opening a device can act on it) and again after: should the path have been replaced since,
+    // O_NONBLOCK keeps the open from waiting, and the look at what was opened refuses it.
+    if (::stat(name.constData(), info) != 0) {
+        *info = {};
+        return -1;
+    }
+    if (!S_ISREG(info->st_mode))
+        return -1;
+    const int fd = ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (fd < 0 || ::fstat(fd, info) != 0) {
+        const int reason = errno;
+        if (fd >= 0)
+            ::close(fd);
+        *info = {};
+        errno = reason;
+        return -1;
+    }
+    if (!S_ISREG(info->st_mode) || ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK) != 0) {
+        const int reason = errno;
+        ::close(fd);
+        if (S_ISREG(info->st_mode))
+            *info = {};
+        errno = reason;
+        return -1;
+    }
+    return fd;
+}
+
 bool openRegularFile(QFile &file, const QString &path, QString *problem)
 {
     *problem = inputFileProblem(path);
     if (!problem->isEmpty())
         return false;
-    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     struct stat info = {};
-    if (fd < 0 || ::fstat(fd, &info) != 0) {
-        *problem = QStringLiteral("cannot read the file: %1")
-                       .arg(QString::fromLocal8Bit(std::strerror(errno)));
-    } else if (!S_ISREG(info.st_mode)) {
-        *problem = QLatin1String(NotRegular);
-    } else if (::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK) != 0
-               || !file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
-        *problem = QStringLiteral("cannot read the file: %1").arg(file.errorString());
-    } else {
-        return true;
+    const int fd = openIfRegular(path, &info);
+    if (fd < 0) {
+        *problem = info.st_mode != 0 ? QLatin1String(NotRegular)
+                                     : QStringLiteral("cannot read the file: %1")
+                                           .arg(QString::fromLocal8Bit(std::strerror(errno)));
+        return false;
     }
-    if (fd >= 0)
+    if (!file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        *problem = QStringLiteral("cannot read the file: %1").arg(file.errorString());
         ::close(fd);
-    return false;
+        return false;
+    }
+    return true;
 }
 
 bool commitFile(QSaveFile &file, QString *problem)

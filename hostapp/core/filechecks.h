@@ -6,6 +6,7 @@
 
 #include <QString>
 
+struct stat;
 class QFile;
 class QSaveFile;
 
@@ -22,8 +23,14 @@ namespace vantrel::host {
 // device, FIFO or socket)", "the file name is empty"), or an empty string.
 VANTREL_HOST_EXPORT QString inputFileProblem(const QString &path);
 
-// Opens path for reading only if it is a regular file, deciding on the opened file itself (a
-// FIFO put in the file's place after inputFileProblem() looked cannot block the open). False
+// Opens path read-only if it is a regular file, looking before the open and again at what was
+// opened (a FIFO put in the file's place after the first look cannot block the open): the
+// descriptor, which the caller closes, with *info describing the file. -1 otherwise: *info then
+// describes what the path is instead (a folder, FIFO, device or socket), or is all zero when
+// the path could not be looked at or opened, with errno saying why.
+VANTREL_HOST_EXPORT int openIfRegular(const QString &path, struct stat *info);
+
+// The same into file, after inputFileProblem()'s checks. False
 // with *problem set otherwise: the reasons of inputFileProblem(), or "cannot read the file:
 // <the system's reason>".
 VANTREL_HOST_EXPORT bool openRegularFile(QFile &file, const QString &path, QString *problem);

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/libraryfilecheck.h"
 
-#include <QFile>
+#include "hostapp/core/filechecks.h"
+
 
 #include <algorithm>
 #include <cerrno>
@@ -11,7 +12,6 @@
 #include <vector>
 
 #include <elf.h>
-#include <fcntl.h>
 #include <link.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -348,22 +348,13 @@ bool checkLibraryFile(const QString &path, QString *problem)
             *problem = what;
         return false;
     };
-    const QByteArray name = QFile::encodeName(path);
     struct stat info = {};
-    // A FIFO or a device is refused before it is opened: opening a FIFO waits for a writer.
-    if (::stat(name.constData(), &info) != 0)
-        return fail(QStringLiteral("cannot be read: %1").arg(qt_error_string(errno)));
-    if (!S_ISREG(info.st_mode))
-        return fail(notRegular(info.st_mode));
-    // Should the path have been replaced by a FIFO since, O_NONBLOCK keeps the open from waiting,
-    // and the second look at what was opened refuses it.
-    const OpenFile file(::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
-    if (file.descriptor() < 0)
-        return fail(QStringLiteral("cannot be read: %1").arg(qt_error_string(errno)));
-    if (::fstat(file.descriptor(), &info) != 0)
-        return fail(QStringLiteral("cannot be read: %1").arg(qt_error_string(errno)));
-    if (!S_ISREG(info.st_mode))
-        return fail(notRegular(info.st_mode));
+    const OpenFile file(openIfRegular(path, &info));
+    if (file.descriptor() < 0) {
+        return fail(info.st_mode != 0
+                        ? notRegular(info.st_mode)
+                        : QStringLiteral("cannot be read: %1").arg(qt_error_string(errno)));
+    }
     if (!checkElf(file, quint64(info.st_size), &message))
         return fail(message);
     return true;

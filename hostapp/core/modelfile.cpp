@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/modelfile.h"
 
+#include "hostapp/core/filechecks.h"
 #include "hostapp/core/modelreaderprocess.h"
 
 #include <QDateTime>
@@ -51,9 +52,10 @@ QString problemBeforeReading(const QString &path)
         return QStringLiteral("is a folder, not a model file");
     if (!info.isFile()) // a device or a pipe, which could block a read for ever
         return QStringLiteral("is not a regular file");
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return QStringLiteral("cannot read the file: %1").arg(file.errorString());
+    QFile file;
+    QString problem;
+    if (!openRegularFile(file, path, &problem)) // a FIFO put in its place since cannot block this
+        return problem;
     if (file.size() == 0)
         return QStringLiteral("the file is empty");
     if (file.size() > ModelFile::MaximumFileSize) {
