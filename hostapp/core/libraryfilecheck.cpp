@@ -4,7 +4,6 @@
 
 #include "hostapp/core/filechecks.h"
 
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
