@@ -9,9 +9,9 @@
 
 #include "host/hostfunctions.h"
 #include "host/icamera.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/generators/externalmodelgenerator.h"
-#include "hostapp/core/meshnode.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/scene/generators/externalmodelgenerator.h"
+#include "hostapp/core/scene/meshnode.h"
 #include "tools/fittoview/fittoviewimplementation.h"
 #include "tools/fittoview/vertexbounds.h"
 

@@ -5,8 +5,8 @@
 // and how soon a glTF file whose 24 nodes expand into 33 million is refused. The reading
 // process's share is the ratio of the first two figures.
 
-#include "hostapp/core/modelfile.h"
-#include "hostapp/core/modelimport.h"
+#include "hostapp/core/models/modelfile.h"
+#include "hostapp/core/models/modelimport.h"
 
 #include <benchmark/benchmark.h>
 

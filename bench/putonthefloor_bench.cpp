@@ -5,9 +5,9 @@
 // lie at z = 0 (reported as the counter lowest_z).
 
 #include "host/hostfunctions.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/documentcontext.h"
-#include "hostapp/core/meshnode.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/document/documentcontext.h"
+#include "hostapp/core/scene/meshnode.h"
 #include "plugin/putonthefloor.h"
 
 #include <benchmark/benchmark.h>

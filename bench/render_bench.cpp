@@ -4,9 +4,9 @@
 // two widths, and the same scene as a grid of 1000 copies (one mesh on the GPU, 1000 draws).
 // Needs an X display for OpenGL; ./setup.sh bench runs under xvfb-run when there is none.
 
-#include "hostapp/core/document.h"
-#include "hostapp/core/meshnode.h"
-#include "hostapp/core/samplescene.h"
+#include "hostapp/core/commands/samplescene.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/scene/meshnode.h"
 #include "hostapp/render/renderer.h"
 
 #include <benchmark/benchmark.h>

@@ -5,8 +5,8 @@
 // copies does), deleting them all at once, undoing that deletion, and cancelling the whole build.
 
 #include "host/hostfunctions.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/meshnode.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/scene/meshnode.h"
 
 #include <benchmark/benchmark.h>
 

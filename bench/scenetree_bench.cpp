@@ -12,9 +12,9 @@
 //
 //   bench_scenetree [runs]     (default 5)
 
-#include "hostapp/core/basenode.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/meshnode.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/scene/basenode.h"
+#include "hostapp/core/scene/meshnode.h"
 #include "hostapp/desktop/scenetreemodel.h"
 #include "hostapp/desktop/scenetreeview.h"
 

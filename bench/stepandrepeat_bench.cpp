@@ -14,11 +14,11 @@
 //   bench_stepandrepeat [runs]     (default 5)
 
 #include "host/itool.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/meshnode.h"
-#include "hostapp/core/panelaccess.h"
-#include "hostapp/core/scenedump.h"
-#include "hostapp/core/session.h"
+#include "hostapp/core/commands/session.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/files/scenedump.h"
+#include "hostapp/core/scene/meshnode.h"
+#include "hostapp/ui/panelaccess.h"
 
 #include <QApplication>
 #include <QDialog>

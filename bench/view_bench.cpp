@@ -22,11 +22,11 @@
 //
 //   bench_view [frames]     (default 60; the grid draws a third of them)
 
-#include "hostapp/core/demo.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/meshnode.h"
-#include "hostapp/core/samplescene.h"
-#include "hostapp/core/scenefile.h"
+#include "hostapp/core/commands/demo.h"
+#include "hostapp/core/commands/samplescene.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/files/scenefile.h"
+#include "hostapp/core/scene/meshnode.h"
 #include "hostapp/desktop/sceneview.h"
 #include "hostapp/render/drawlist.h"
 

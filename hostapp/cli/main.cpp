@@ -3,9 +3,9 @@
 // vantrel: the stand-in host program. This file only parses the command line; the work is done
 // by the host library, so that tests and benchmarks run exactly what users run.
 
-#include "hostapp/core/demo.h"
-#include "hostapp/core/pluginloader.h"
-#include "hostapp/core/runcommand.h"
+#include "hostapp/core/commands/demo.h"
+#include "hostapp/core/commands/runcommand.h"
+#include "hostapp/core/plugins/pluginloader.h"
 #include "hostapp/desktop/desktopcommand.h"
 #include "hostapp/render/framing.h"
 #include "hostapp/render/rendercommand.h"

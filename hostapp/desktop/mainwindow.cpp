@@ -3,13 +3,13 @@
 #include "hostapp/desktop/mainwindow.h"
 
 #include "host/itool.h"
-#include "hostapp/core/basenode.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/scenefile.h"
-#include "hostapp/core/session.h"
+#include "hostapp/core/commands/session.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/files/scenefile.h"
+#include "hostapp/core/scene/basenode.h"
+#include "hostapp/desktop/desktopuserinterface.h"
 #include "hostapp/desktop/scenetreeview.h"
 #include "hostapp/desktop/sceneview.h"
-#include "hostapp/ui/desktopuserinterface.h"
 
 #include <QAction>
 #include <QApplication>

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/desktop/scenetreemodel.h"
 
-#include "hostapp/core/basenode.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/meshnode.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/scene/basenode.h"
+#include "hostapp/core/scene/meshnode.h"
 
 #include <QApplication>
 #include <QStyle>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/desktop/scenetreeview.h"
 
-#include "hostapp/core/basenode.h"
-#include "hostapp/core/document.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/scene/basenode.h"
 #include "hostapp/desktop/scenetreemodel.h"
 
 #include <QItemSelection>

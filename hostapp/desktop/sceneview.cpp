@@ -3,8 +3,8 @@
 #include "hostapp/desktop/sceneview.h"
 
 #include "geometry/geometry.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/meshnode.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/scene/meshnode.h"
 #include "hostapp/desktop/scenepick.h"
 #include "hostapp/render/drawlist.h"
 #include "hostapp/render/framing.h"

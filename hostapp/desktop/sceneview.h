@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "hostapp/core/document.h"
+#include "hostapp/core/document/document.h"
 #include "hostapp/desktop/desktopexport.h"
 
 #include <QOpenGLWidget>

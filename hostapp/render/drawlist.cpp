@@ -5,9 +5,9 @@
 #include "geometry/geometry.h"
 #include "host/hostfunctions.h"
 #include "host/ilightnode.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/generators/lengthlimits.h"
-#include "hostapp/core/meshnode.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/scene/generators/lengthlimits.h"
+#include "hostapp/core/scene/meshnode.h"
 
 #include <QByteArray>
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "host/types.h"
-#include "hostapp/core/mesh.h"
+#include "hostapp/core/scene/mesh.h"
 #include "hostapp/render/renderexport.h"
 
 #include <vector>

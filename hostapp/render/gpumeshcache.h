@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "hostapp/core/mesh.h"
+#include "hostapp/core/scene/mesh.h"
 
 #include <QOpenGLBuffer>
 #include <QOpenGLVertexArrayObject>

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/render/rendercommand.h"
 
-#include "hostapp/core/demo.h"
-#include "hostapp/core/filechecks.h"
-#include "hostapp/core/session.h"
+#include "hostapp/core/commands/demo.h"
+#include "hostapp/core/commands/session.h"
+#include "hostapp/core/files/filechecks.h"
 #include "hostapp/render/renderer.h"
 
 #include <QDir>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "hostapp/core/runcommand.h"
+#include "hostapp/core/commands/runcommand.h"
 #include "hostapp/render/renderexport.h"
 
 class QImage;

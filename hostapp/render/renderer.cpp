@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/render/renderer.h"
 
-#include "hostapp/core/document.h"
+#include "hostapp/core/document/document.h"
 #include "hostapp/render/drawlist.h"
 #include "hostapp/render/framing.h"
 #include "hostapp/render/scenedrawer.h"

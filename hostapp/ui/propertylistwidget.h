@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "hostapp/core/panelaccess.h"
 #include "hostapp/ui/hostuiexport.h"
+#include "hostapp/ui/panelaccess.h"
 
 #include <QPointer>
 #include <QVector>

@@ -6,12 +6,12 @@
 // dump, with what the tools' script functions make of the same scene in a separate headless
 // session.
 
-#include "hostapp/core/basenode.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/samplescene.h"
-#include "hostapp/core/scenedump.h"
-#include "hostapp/core/scenefile.h"
-#include "hostapp/core/session.h"
+#include "hostapp/core/commands/samplescene.h"
+#include "hostapp/core/commands/session.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/files/scenedump.h"
+#include "hostapp/core/files/scenefile.h"
+#include "hostapp/core/scene/basenode.h"
 #include "hostapp/desktop/mainwindow.h"
 #include "hostapp/desktop/scenetreeview.h"
 #include "hostapp/desktop/sceneview.h"

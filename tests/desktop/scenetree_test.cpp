@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 // The scene tree model and view against the document: every edit, its undo and redo, the check
 // boxes, and the selection in both directions.
-#include "hostapp/core/basenode.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/meshnode.h"
-#include "hostapp/core/samplescene.h"
+#include "hostapp/core/commands/samplescene.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/scene/basenode.h"
+#include "hostapp/core/scene/meshnode.h"
 #include "hostapp/desktop/scenetreemodel.h"
 #include "hostapp/desktop/scenetreeview.h"
 

@@ -1,7 +1,7 @@
 // Copyright (C) 2026 The vantrel-tools authors
 // SPDX-License-Identifier: MIT
-#include "hostapp/core/meshnode.h"
-#include "hostapp/core/session.h"
+#include "hostapp/core/commands/session.h"
+#include "hostapp/core/scene/meshnode.h"
 #include "tools/easylighting/easylightingwindow.h"
 #include "tools/fittoview/fittoviewwindow.h"
 #include "tools/stepandrepeat/stepandrepeatwindow.h"

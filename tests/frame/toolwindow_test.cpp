@@ -7,7 +7,7 @@
 #include "host/inode.h"
 #include "host/itool.h"
 #include "host/itransformations.h"
-#include "hostapp/core/session.h"
+#include "hostapp/core/commands/session.h"
 #include "hostapp/ui/inputlineslider.h"
 #include "hostapp/ui/propertieslistbuilder.h"
 #include "hostapp/ui/propertylistwidget.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "geometry/geometry.h"
 #include "host/hostfunctions.h"
-#include "hostapp/core/camera.h"
+#include "hostapp/core/scene/camera.h"
 #include "tests/support/testsupport.h"
 
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
 // Copyright (C) 2026 The vantrel-tools authors
 // SPDX-License-Identifier: MIT
 #include "host/iserializable.h"
-#include "hostapp/core/generatorregistry.h"
-#include "hostapp/core/generators/externalmodelgenerator.h"
-#include "hostapp/core/mesh.h"
-#include "hostapp/core/meshbuilder.h"
+#include "hostapp/core/scene/generatorregistry.h"
+#include "hostapp/core/scene/generators/externalmodelgenerator.h"
+#include "hostapp/core/scene/mesh.h"
+#include "hostapp/core/scene/meshbuilder.h"
 
 #include <gtest/gtest.h>
 

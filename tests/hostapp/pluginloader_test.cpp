@@ -1,9 +1,9 @@
 // Copyright (C) 2026 The vantrel-tools authors
 // SPDX-License-Identifier: MIT
 #include "host/iplugin.h"
-#include "hostapp/core/applicationcontext.h"
-#include "hostapp/core/libraryfilecheck.h"
-#include "hostapp/core/pluginloader.h"
+#include "hostapp/core/document/applicationcontext.h"
+#include "hostapp/core/plugins/libraryfilecheck.h"
+#include "hostapp/core/plugins/pluginloader.h"
 
 #include <gtest/gtest.h>
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "geometry/geometry.h"
 #include "host/hostfunctions.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/meshnode.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/scene/meshnode.h"
 #include "tests/support/testsupport.h"
 
 #include <gtest/gtest.h>

@@ -1,11 +1,11 @@
 // Copyright (C) 2026 The vantrel-tools authors
 // SPDX-License-Identifier: MIT
-#include "hostapp/core/document.h"
-#include "hostapp/core/generatorregistry.h"
-#include "hostapp/core/lightnode.h"
-#include "hostapp/core/meshnode.h"
-#include "hostapp/core/scenedump.h"
-#include "hostapp/core/scenefile.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/files/scenedump.h"
+#include "hostapp/core/files/scenefile.h"
+#include "hostapp/core/scene/generatorregistry.h"
+#include "hostapp/core/scene/lightnode.h"
+#include "hostapp/core/scene/meshnode.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
 // Copyright (C) 2026 The vantrel-tools authors
 // SPDX-License-Identifier: MIT
 #include "host/hostfunctions.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/documentcontext.h"
-#include "hostapp/core/headlessuserinterface.h"
-#include "hostapp/core/meshnode.h"
-#include "hostapp/core/scriptrunner.h"
-#include "hostapp/core/session.h"
+#include "hostapp/core/commands/session.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/document/documentcontext.h"
+#include "hostapp/core/document/headlessuserinterface.h"
+#include "hostapp/core/scene/meshnode.h"
+#include "hostapp/core/script/scriptrunner.h"
 #include "tests/support/testsupport.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 // Copyright (C) 2026 The vantrel-tools authors
 // SPDX-License-Identifier: MIT
-#include "hostapp/core/document.h"
-#include "hostapp/core/lightnode.h"
-#include "hostapp/core/meshnode.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/scene/lightnode.h"
+#include "hostapp/core/scene/meshnode.h"
 #include "tests/support/testsupport.h"
 
 #include <gtest/gtest.h>

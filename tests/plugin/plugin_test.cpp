@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "host/iplugin.h"
 #include "host/pluginverification.h"
-#include "hostapp/core/applicationcontext.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/documentcontext.h"
-#include "hostapp/core/headlessuserinterface.h"
-#include "hostapp/core/meshnode.h"
+#include "hostapp/core/document/applicationcontext.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/document/documentcontext.h"
+#include "hostapp/core/document/headlessuserinterface.h"
+#include "hostapp/core/scene/meshnode.h"
 #include "plugin/toolsplugin.h"
 #include "tests/support/testsupport.h"
 

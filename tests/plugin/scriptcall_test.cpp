@@ -3,10 +3,10 @@
 #include "frame/scriptcall.h"
 #include "frame/scriptsettings.h"
 #include "host/idocument.h"
-#include "hostapp/core/basenode.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/documentcontext.h"
-#include "hostapp/core/scriptrunner.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/document/documentcontext.h"
+#include "hostapp/core/scene/basenode.h"
+#include "hostapp/core/script/scriptrunner.h"
 #include "tests/support/testsupport.h"
 
 #include <gtest/gtest.h>

@@ -9,9 +9,9 @@
 #include "host/imeshpart.h"
 #include "host/inode.h"
 #include "host/itool.h"
-#include "hostapp/core/panelaccess.h"
-#include "hostapp/core/session.h"
+#include "hostapp/core/commands/session.h"
 #include "hostapp/render/renderer.h"
+#include "hostapp/ui/panelaccess.h"
 
 #include <gtest/gtest.h>
 

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 // The drawer's caches: a drawer that keeps meshes and shadow maps from frame to frame must draw
 // exactly what a new drawer draws from nothing, while it really skips the work it may skip.
-#include "hostapp/core/document.h"
-#include "hostapp/core/lightnode.h"
-#include "hostapp/core/meshnode.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/scene/lightnode.h"
+#include "hostapp/core/scene/meshnode.h"
 #include "hostapp/render/drawlist.h"
 #include "hostapp/render/scenedrawer.h"
 #include "tests/support/testsupport.h"

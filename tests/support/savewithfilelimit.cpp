@@ -7,8 +7,8 @@
 // tests cannot make a write fail through permissions. Prints the save's message and exits 1
 // when the save fails, 2 on wrong use.
 
-#include "hostapp/core/document.h"
-#include "hostapp/core/scenefile.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/files/scenefile.h"
 
 #include <QCoreApplication>
 

@@ -4,11 +4,11 @@
 
 #include "host/imeshnode.h"
 #include "host/imeshpart.h"
-#include "hostapp/core/basenode.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/generators/externalmodelgenerator.h"
-#include "hostapp/core/meshnode.h"
-#include "hostapp/core/scenedump.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/files/scenedump.h"
+#include "hostapp/core/scene/basenode.h"
+#include "hostapp/core/scene/generators/externalmodelgenerator.h"
+#include "hostapp/core/scene/meshnode.h"
 
 #include <cmath>
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "hostapp/core/basenode.h"
-#include "hostapp/core/session.h"
+#include "hostapp/core/commands/session.h"
+#include "hostapp/core/scene/basenode.h"
 
 #include <gtest/gtest.h>
 

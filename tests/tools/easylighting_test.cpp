@@ -3,7 +3,7 @@
 #include "host/ilightnode.h"
 #include "host/inode.h"
 #include "host/itransformations.h"
-#include "hostapp/core/session.h"
+#include "hostapp/core/commands/session.h"
 #include "hostapp/ui/inputlineslider.h"
 #include "hostapp/ui/propertylistwidget.h"
 #include "tests/support/testsupport.h"

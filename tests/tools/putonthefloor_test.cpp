@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "geometry/geometry.h"
 #include "host/hostfunctions.h"
-#include "hostapp/core/document.h"
-#include "hostapp/core/documentcontext.h"
-#include "hostapp/core/meshnode.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/document/documentcontext.h"
+#include "hostapp/core/scene/meshnode.h"
 #include "plugin/putonthefloor.h"
 #include "tests/support/testsupport.h"
 #include "tools/putonthefloor/floorplacement.h"

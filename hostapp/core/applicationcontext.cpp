@@ -1,9 +1,0 @@
-// Copyright (C) 2026 The vantrel-tools authors
-// SPDX-License-Identifier: MIT
-#include "hostapp/core/applicationcontext.h"
-
-namespace vantrel::host {
-
-ApplicationContext::~ApplicationContext() = default;
-
-} // namespace vantrel::host

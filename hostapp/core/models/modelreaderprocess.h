@@ -1,0 +1,36 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "hostapp/core/models/modelfile.h"
+#include "hostapp/core/scene/mesh.h"
+
+#include <QString>
+
+namespace vantrel::host {
+
+// Reads a model file in a child process of its own, so that whatever the importer does with a
+// hostile or damaged file stays there: a crash, an endless loop, or an appetite for memory ends
+// that process, and this one reports it and carries on with the user's scene as it was.
+//
+// The child is forked (not started from a program file: it needs no helper program to be
+// installed and found, and starts with the importer already loaded). It lowers its own limits
+// before it reads: address space (the program's own plus the limits' memory budget; not in
+// AddressSanitizer builds, which reserve terabytes of shadow memory up front, so there the
+// parent watches the child's resident memory instead), processor time, and no core file. The
+// parent waits no longer than the limits' time and kills a child that takes longer.
+//
+// The child sends its answer through a pipe: a header with the counts, then the vertex records
+// and indices of each part. The parent checks every count against ModelFile's limits before it
+// allocates anything, and every index against its part, so the channel cannot make it allocate
+// without bound or draw outside a part. Messages carry a kind, so that a later kind (progress
+// while a large model is read) can precede the answer.
+class ModelReaderProcess
+{
+public:
+    // The model at path, or null with *problem set (without the path). The file is not checked
+    // here (see ModelFile::read for what is checked first).
+    static MeshPtr read(const QString &path, const ModelFile::Limits &limits, QString *problem);
+};
+
+} // namespace vantrel::host

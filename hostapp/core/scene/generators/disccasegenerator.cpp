@@ -1,0 +1,67 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/core/scene/generators/disccasegenerator.h"
+
+#include "hostapp/core/scene/generators/styletable.h"
+#include "hostapp/core/scene/meshbuilder.h"
+
+namespace vantrel::host {
+
+namespace {
+
+struct CaseStyle
+{
+    const char *typeId;
+    FlatShapeGenerator::Size defaults;
+    float coverShare;   // the cover's share of the closed thickness
+    float cornerRadius; // of the case seen from the front, centimetres
+};
+
+const CaseStyle s_styles[] = {
+    {DiscCaseGenerator::s_dvdId, {13.5f, 19.f, 1.4f}, 0.5f, 0.5f},
+    {DiscCaseGenerator::s_digipakDvdId, {13.5f, 19.f, 1.f}, 0.2f, 0.f},
+    {DiscCaseGenerator::s_digipakCdId, {14.2f, 12.5f, 0.8f}, 0.2f, 0.f},
+    {DiscCaseGenerator::s_slimCdId, {14.2f, 12.5f, 0.5f}, 0.5f, 0.1f},
+    {DiscCaseGenerator::s_bluRayId, {12.8f, 14.8f, 1.2f}, 0.5f, 0.6f},
+};
+
+} // namespace
+
+DiscCaseGenerator::DiscCaseGenerator(const char *typeId)
+    : FlatShapeGenerator(typeId, styleFor(s_styles, typeId).defaults)
+{
+    initValue("coverAngle", 0.f);
+}
+
+void DiscCaseGenerator::setCoverAngle(float coverAngle)
+{
+    setValue("coverAngle", QVariant(qBound(0.f, coverAngle, 180.f)));
+}
+
+MeshPtr DiscCaseGenerator::build() const
+{
+    const CaseStyle &style = styleFor(s_styles, GetTypeId());
+    const float w = width(), t = thickness();
+    const float cover = style.coverShare * t;
+    const float r = style.cornerRadius; // the outline keeps it within small cases
+    const MeshBuilder::Outline front = frontOutline(MeshBuilder::CornerRadii{r, r, r, r}, 6);
+
+    MeshBuilder builder;
+    builder.beginPart(); // cover
+    const MeshBuilder::Mark coverStart = builder.mark();
+    builder.addPrism(front, -t / 2, -t / 2 + cover);
+    // Hinged on the outer edge, the cover clears the back half at every angle.
+    if (coverAngle() > 0.f)
+        builder.transformSince(coverStart,
+                               MeshBuilder::hingeRotation(-w / 2, -t / 2, coverAngle()));
+    builder.beginPart(); // back half
+    builder.addPrism(front, -t / 2 + cover, t / 2);
+    return builder.build();
+}
+
+std::unique_ptr<ShapeGenerator> DiscCaseGenerator::create() const
+{
+    return std::make_unique<DiscCaseGenerator>(GetTypeId());
+}
+
+} // namespace vantrel::host

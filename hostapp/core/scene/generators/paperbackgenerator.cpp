@@ -1,0 +1,73 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/core/scene/generators/paperbackgenerator.h"
+
+#include "hostapp/core/scene/generators/softcovercard.h"
+#include "hostapp/core/scene/generators/styletable.h"
+#include "hostapp/core/scene/meshbuilder.h"
+
+namespace vantrel::host {
+
+namespace {
+
+struct PaperbackStyle
+{
+    const char *typeId;
+    FlatShapeGenerator::Size defaults;
+    float coverHeight; // of the front cover, as a fraction of the height
+};
+
+// A trade paperback and a mass-market stepback.
+const PaperbackStyle s_styles[] = {
+    {PaperbackGenerator::s_paperbackId, {12.9f, 19.8f, 2.f}, 1.f},
+    {PaperbackGenerator::s_stepbackId, {10.8f, 17.5f, 2.5f}, 0.95f},
+};
+
+// Front cover angle in degrees for each value of type.
+const float s_coverAngles[] = {0.f, 30.f, 180.f};
+
+} // namespace
+
+PaperbackGenerator::PaperbackGenerator(const char *typeId)
+    : FlatShapeGenerator(typeId, styleFor(s_styles, typeId).defaults)
+{
+    initValue("type", 0);
+}
+
+void PaperbackGenerator::setType(int type)
+{
+    setValue("type", QVariant(qBound(0, type, 2)));
+}
+
+MeshPtr PaperbackGenerator::build() const
+{
+    const PaperbackStyle &style = styleFor(s_styles, GetTypeId());
+    const float w = width(), h = height(), t = thickness();
+    const float cover = softCoverCard(w, t);
+
+    MeshBuilder builder;
+    builder.beginPart(); // front cover
+    const MeshBuilder::Mark frontStart = builder.mark();
+    builder.addBox(Vector3(-w / 2, -t / 2, 0.f),
+                   Vector3(w / 2, -t / 2 + cover, style.coverHeight * h));
+    // The cover bends along the spine's outer front edge and swings towards the viewer (-y),
+    // clear of the pages at every angle.
+    const float angle = s_coverAngles[qBound(0, type(), 2)];
+    if (angle != 0.f)
+        builder.transformSince(frontStart, MeshBuilder::hingeRotation(-w / 2, -t / 2, angle));
+
+    builder.beginPart(); // back cover
+    builder.addBox(Vector3(-w / 2, t / 2 - cover, 0.f), Vector3(w / 2, t / 2, h));
+    builder.beginPart(); // spine
+    builder.addBox(Vector3(-w / 2, -t / 2 + cover, 0.f), Vector3(-w / 2 + cover, t / 2 - cover, h));
+    builder.beginPart(); // page block
+    builder.addBox(Vector3(-w / 2 + cover, -t / 2 + cover, 0.f), Vector3(w / 2, t / 2 - cover, h));
+    return builder.build();
+}
+
+std::unique_ptr<ShapeGenerator> PaperbackGenerator::create() const
+{
+    return std::make_unique<PaperbackGenerator>(GetTypeId());
+}
+
+} // namespace vantrel::host

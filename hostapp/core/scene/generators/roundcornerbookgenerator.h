@@ -1,0 +1,33 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/hostexport.h"
+#include "hostapp/core/scene/generators/flatshapegenerator.h"
+
+namespace vantrel::host {
+
+// A paperback whose fore-edge corners are die-cut round (covers and pages alike), standing
+// upright with its square spine at x = -width / 2 (width runs from spine to fore-edge) and its
+// front cover facing -y. Parts: front cover, back cover, spine, page block.
+// cornerRadius is limited to 0..MaximumLength (lengthlimits.h), and in the mesh to half the
+// shorter side.
+class VANTREL_HOST_EXPORT RoundCornerBookGenerator : public FlatShapeGenerator
+{
+    Q_OBJECT
+    Q_PROPERTY(float cornerRadius READ cornerRadius WRITE setCornerRadius) // of the fore-edge
+
+public:
+    static constexpr char s_typeId[] = "generator.Book.PaperbackRoundCorners";
+
+    explicit RoundCornerBookGenerator(const char *typeId);
+
+    float cornerRadius() const { return value("cornerRadius").toFloat(); }
+    void setCornerRadius(float cornerRadius);
+
+protected:
+    MeshPtr build() const override;
+    std::unique_ptr<ShapeGenerator> create() const override;
+};
+
+} // namespace vantrel::host

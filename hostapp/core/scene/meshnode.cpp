@@ -1,0 +1,32 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/core/scene/meshnode.h"
+
+#include "hostapp/core/document/document.h"
+
+namespace vantrel::host {
+
+MeshNode::MeshNode(Document *document, QString name, std::unique_ptr<ShapeGenerator> generator)
+    : SceneNode(document, MeshNodeType, std::move(name))
+    , m_generator(std::move(generator))
+{
+    m_generator->setRecorder(document);
+}
+
+MeshNode::~MeshNode() = default;
+
+const std::vector<IMeshPart *> &MeshNode::GetMeshParts() const
+{
+    // The generator keeps the mesh alive until a parameter changes, so the reference stays valid
+    // as long as the caller does not change the shape.
+    return m_generator->mesh()->parts();
+}
+
+std::unique_ptr<BaseNode> MeshNode::cloneNode() const
+{
+    auto copy = std::make_unique<MeshNode>(document(), GetName(), m_generator->clone());
+    copySceneState(*copy);
+    return copy;
+}
+
+} // namespace vantrel::host

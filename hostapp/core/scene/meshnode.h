@@ -1,0 +1,36 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/imeshnode.h"
+#include "hostapp/core/scene/scenenode.h"
+#include "hostapp/core/scene/shapegenerator.h"
+
+namespace vantrel::host {
+
+// A shape (kind 1): a generator and the mesh it builds. Parameter writes on the generator are
+// recorded in the document's undo history.
+class VANTREL_HOST_EXPORT MeshNode final : public SceneNode, public IMeshNode
+{
+    Q_OBJECT
+    Q_INTERFACES(IMeshNode)
+
+public:
+    MeshNode(Document *document, QString name, std::unique_ptr<ShapeGenerator> generator);
+    ~MeshNode() override;
+
+    TBBox<float> GetLocalBBox() const override { return m_generator->mesh()->localBox(); }
+    const std::vector<IMeshPart *> &GetMeshParts() const override;
+    QObject *GetGenerator() const override { return m_generator.get(); }
+
+    ShapeGenerator *generator() const { return m_generator.get(); }
+    MeshPtr mesh() const { return m_generator->mesh(); }
+
+protected:
+    std::unique_ptr<BaseNode> cloneNode() const override;
+
+private:
+    std::unique_ptr<ShapeGenerator> m_generator;
+};
+
+} // namespace vantrel::host

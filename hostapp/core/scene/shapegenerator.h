@@ -1,0 +1,89 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/hostexport.h"
+#include "host/iserializable.h"
+#include "hostapp/core/scene/mesh.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <memory>
+
+namespace vantrel::host {
+
+class ChangeRecorder;
+
+// The base of every shape generator: a QObject whose Qt properties (declared by the generator
+// classes) are the shape's parameters, and which builds the shape's mesh from them.
+//
+// Generator classes declare each parameter as a Q_PROPERTY whose READ accessor returns
+// value("name") and whose WRITE accessor limits the value and passes it to setValue("name", v).
+// So QObject::setProperty, scripts, scene files and the tools all go through the same limits.
+// A parameter write is recorded in the owning document's undo history, and the mesh is rebuilt
+// (lazily, on the next mesh() call) for this generator only: clones keep sharing the old one.
+class VANTREL_HOST_EXPORT ShapeGenerator : public QObject, public ISerializable
+{
+    Q_OBJECT
+    Q_INTERFACES(ISerializable)
+
+public:
+    ~ShapeGenerator() override;
+
+    const char *GetTypeId() const override { return m_typeId.constData(); }
+
+    // The shape's mesh, built from the current parameters. Call on the GUI thread.
+    MeshPtr mesh() const;
+
+    // The parameter names, in declaration order, and their current values.
+    QStringList parameterNames() const;
+    QVariantMap parameters() const;
+
+    // A generator of the same identifier with the same parameters that shares the mesh.
+    std::unique_ptr<ShapeGenerator> clone() const;
+
+    // Parameter writes are recorded there from now on (null: applied without recording).
+    void setRecorder(ChangeRecorder *recorder) { m_recorder = recorder; }
+
+    // Writes a stored value without limits and without recording (undo and redo use it).
+    void restoreValue(const QByteArray &name, const QVariant &value);
+
+    // Why the latest parameter write left the value as it was, for the rare values that are
+    // refused rather than limited (a model file that cannot be read); empty when it was taken.
+    // Whoever writes a parameter on behalf of a user (scene files, scripts) reports it.
+    const QString &refusal() const { return m_refusal; }
+
+protected:
+    explicit ShapeGenerator(const char *typeId);
+
+    // For the generator classes: the constructor seeds every parameter with initValue; READ
+    // accessors use value; WRITE accessors limit and call setValue.
+    void initValue(const char *name, const QVariant &value);
+    QVariant value(const char *name) const;
+    void setValue(const char *name, const QVariant &value);
+
+    // Builds the mesh from the current values. Called on the GUI thread.
+    virtual MeshPtr build() const = 0;
+    // A fresh generator of the same class and identifier, values not yet copied.
+    virtual std::unique_ptr<ShapeGenerator> create() const = 0;
+
+    // Replaces the current mesh, for generators whose mesh does not come from build().
+    void setMesh(MeshPtr mesh);
+    // For WRITE accessors that refuse a value instead of calling setValue: says why, until the
+    // next write.
+    void refuse(const QString &problem) { m_refusal = problem; }
+
+private:
+    QByteArray m_typeId;
+    QHash<QByteArray, QVariant> m_values;
+    mutable MeshPtr m_mesh; // null until built, and after a parameter changed
+    ChangeRecorder *m_recorder = nullptr;
+    QString m_refusal;
+};
+
+} // namespace vantrel::host
