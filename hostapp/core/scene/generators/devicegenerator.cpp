@@ -76,7 +76,7 @@ MeshPtr DeviceGenerator::build() const
     screenHalfHeight *= k;
 
     const MeshBuilder::Outline front = frontOutline(MeshBuilder::CornerRadii{r, r, r, r}, 8);
-    const MeshBuilder::Outline screen = MeshBuilder::rectangle(
+    const MeshBuilder::Outline screen = rectangleOutline(
         -screenHalfWidth, h / 2 - screenHalfHeight, screenHalfWidth, h / 2 + screenHalfHeight);
     MeshBuilder builder;
     builder.beginPart(); // body: the bezel round the screen opening, then the rest of the slab

@@ -33,7 +33,7 @@ MeshBuilder::Outline FlatShapeGenerator::frontOutline(const MeshBuilder::CornerR
                                                       int segmentsPerCorner) const
 {
     const float w = width();
-    return MeshBuilder::roundedRectangle(-w / 2, 0.f, w / 2, height(), radii, segmentsPerCorner);
+    return roundedRectangleOutline(-w / 2, 0.f, w / 2, height(), radii, segmentsPerCorner);
 }
 
 } // namespace vantrel::host

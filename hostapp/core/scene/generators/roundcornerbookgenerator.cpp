@@ -37,7 +37,7 @@ MeshPtr RoundCornerBookGenerator::build() const
     builder.beginPart(); // spine
     builder.addBox(Vector3(-w / 2, -t / 2 + cover, 0.f), Vector3(-w / 2 + cover, t / 2 - cover, h));
     builder.beginPart(); // page block, cut together with the covers
-    builder.addPrism(MeshBuilder::roundedRectangle(-w / 2 + cover, 0.f, w / 2, h, radii, segments),
+    builder.addPrism(roundedRectangleOutline(-w / 2 + cover, 0.f, w / 2, h, radii, segments),
                      -t / 2 + cover,
                      t / 2 - cover);
     return builder.build();

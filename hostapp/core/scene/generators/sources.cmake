@@ -6,6 +6,8 @@
 set(VANTREL_GENERATOR_SOURCES
     scene/generatorregistry.cpp scene/generatorregistry.h
     scene/meshbuilder.cpp scene/meshbuilder.h
+    scene/outline.cpp scene/outline.h
+    scene/vertexframes.cpp scene/vertexframes.h
     scene/generators/bookgenerator.cpp scene/generators/bookgenerator.h
     scene/generators/boxgenerator.cpp scene/generators/boxgenerator.h
     scene/generators/canvasgenerator.cpp scene/generators/canvasgenerator.h
