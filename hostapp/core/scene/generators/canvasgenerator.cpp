@@ -9,7 +9,7 @@
 namespace vantrel::host {
 
 CanvasGenerator::CanvasGenerator(const char *typeId)
-    : CartonGenerator(typeId, {40.f, 30.f, 2.f})
+    : SizedShapeGenerator(typeId, DepthName::Depth, {40.f, 30.f, 2.f})
 {}
 
 MeshPtr CanvasGenerator::build() const

@@ -11,7 +11,7 @@ namespace vantrel::host {
 
 // The size of a boxed accessory on a peg hook.
 TaggedBoxGenerator::TaggedBoxGenerator(const char *typeId)
-    : CartonGenerator(typeId, {12.f, 18.f, 4.f})
+    : SizedShapeGenerator(typeId, DepthName::Depth, {12.f, 18.f, 4.f})
 {
     initValue("tagHeight", 4.f);
 }
