@@ -99,6 +99,8 @@ bool sendAnswer(int fd, const QString &path, const ModelFile::Limits &limits)
     }
 }
 
+} // namespace
+
 void runModelReaderChild(
     int fd, pid_t parent, const QString &path, const ModelFile::Limits &limits, rlim_t addressSpace)
 {
