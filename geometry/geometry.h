@@ -4,8 +4,8 @@
 
 // Matrix, vector and box operations in the host's conventions (host/types.h): row-major
 // matrices, row vectors multiplied on the left, a product A * B applies A first. Every operation
-// writes into caller-owned storage, allocates nothing and checks nothing; all arithmetic is in
-// single precision with sinf and cosf.
+// writes into caller-owned storage or returns a value, allocates nothing and checks nothing; all
+// arithmetic is in single precision with sinf and cosf.
 
 #include "host/types.h"
 
@@ -63,6 +63,55 @@ inline void MultiplyMatrices(Matrix &result, const Matrix &a, const Matrix &b)
     }
     if (&out != &result)
         result = product;
+}
+
+// ---- Vectors ------------------------------------------------------------------------------
+
+inline Vector3 AddVectors(const Vector3 &a, const Vector3 &b)
+{
+    return Vector3(a.x + b.x, a.y + b.y, a.z + b.z);
+}
+
+inline Vector3 ScaleVector(const Vector3 &v, float s)
+{
+    return Vector3(v.x * s, v.y * s, v.z * s);
+}
+
+inline Vector3 SubtractVectors(const Vector3 &a, const Vector3 &b)
+{
+    return Vector3(a.x - b.x, a.y - b.y, a.z - b.z);
+}
+
+inline float DotProduct(const Vector3 &a, const Vector3 &b)
+{
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+// Right-handed: CrossProduct(x, y) is z.
+inline Vector3 CrossProduct(const Vector3 &a, const Vector3 &b)
+{
+    return Vector3(a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x);
+}
+
+// v at unit length, each component divided by the length; fallback when v is no longer than
+// shortest and so has no direction worth the name.
+inline Vector3 NormaliseVector(const Vector3 &v, const Vector3 &fallback, float shortest = 0.f)
+{
+    const float length = std::sqrt(DotProduct(v, v));
+    return length > shortest ? Vector3(v.x / length, v.y / length, v.z / length) : fallback;
+}
+
+// The same, multiplying by the reciprocal of the length: one division for the three components,
+// for the mesh builder, which normalises several vectors per vertex. The result can differ from
+// NormaliseVector's in the last bit, so each caller keeps the one its figures were made with.
+inline Vector3
+NormaliseVectorByReciprocal(const Vector3 &v, const Vector3 &fallback, float shortest = 0.f)
+{
+    const float length = std::sqrt(DotProduct(v, v));
+    if (!(length > shortest))
+        return fallback;
+    const float reciprocal = 1.f / length;
+    return Vector3(v.x * reciprocal, v.y * reciprocal, v.z * reciprocal);
 }
 
 // Turns v about a unit axis (not normalised here) by angle radians. With this sign rule (1, 0, 0)

@@ -61,12 +61,84 @@ int main(int argc, char *argv[])
 
 namespace {
 
-int runCommand()
+// The command line as QCommandLineParser reads it, with the options every command shares.
+class CommandLine
 {
-    QTextStream out(stdout);
-    QTextStream err(stderr);
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
+public:
+    CommandLine();
+
+    // Parses the arguments and checks what does not depend on the command; returns -1 when the
+    // command can run, else the exit status (after the message, the help or the version).
+    int parse(QTextStream &out, QTextStream &err);
+
+    int open(QTextStream &err) const;
+    int demo(QTextStream &out, QTextStream &err) const;
+    // run and render share their scripts, scene, save and time limit.
+    int runOrRender(QTextStream &out, QTextStream &err) const;
+
+    const QString &command() const { return m_command; }
+    QString arguments() const { return m_positional.join(QLatin1Char(' ')); }
+
+private:
+    // The usage problem that stops every command, or an empty text.
+    QString commonProblem();
+    QList<vantrel::host::RunOptions::Script> scripts() const;
+
+    QCommandLineParser m_parser;
+    const QCommandLineOption m_scriptOption{
+        QStringLiteral("script"),
+        QStringLiteral("Run the script file (run; repeatable)."),
+        QStringLiteral("file")};
+    const QCommandLineOption m_codeOption{QStringLiteral("e"),
+                                          QStringLiteral("Run the script code (run; repeatable)."),
+                                          QStringLiteral("code")};
+    const QCommandLineOption m_saveOption{QStringLiteral("save"),
+                                          QStringLiteral("Save the scene to the file afterwards."),
+                                          QStringLiteral("file")};
+    const QCommandLineOption m_pluginOption{
+        QStringLiteral("tools-plugin"),
+        QStringLiteral("The tools plug-in library to load (default: %1). Loading a library "
+                       "runs its code: name only libraries you trust.")
+            .arg(vantrel::host::PluginLoader::defaultToolsPluginPath()),
+        QStringLiteral("file")};
+    const QCommandLineOption m_outOption{
+        QStringLiteral("out"),
+        QStringLiteral("Write the picture to this file (render): PNG or JPEG by its suffix, "
+                       ".png, .jpg or .jpeg."),
+        QStringLiteral("file")};
+    const QCommandLineOption m_widthOption{
+        QStringLiteral("width"),
+        QStringLiteral("Picture width in pixels, %1 to %2 (render, demo --pictures; default %3). "
+                       "The height follows from the camera's aspect ratio.")
+            .arg(vantrel::render::MinimumPictureWidth)
+            .arg(vantrel::render::MaximumPictureSide)
+            .arg(vantrel::render::DefaultPictureWidth),
+        QStringLiteral("pixels")};
+    const QCommandLineOption m_timeLimitOption{
+        QStringLiteral("time-limit"),
+        QStringLiteral("Stop the scripts with an error (exit status 1, nothing saved or drawn) "
+                       "once they have run this many seconds together, decimals allowed (run, "
+                       "render; default: no limit)."),
+        QStringLiteral("seconds")};
+    const QCommandLineOption m_picturesOption{
+        QStringLiteral("pictures"),
+        QStringLiteral("Write a picture of each step into this folder (demo)."),
+        QStringLiteral("folder")};
+    QStringList m_positional;
+    QString m_command;
+    QString m_plugin;
+    int m_width = vantrel::render::DefaultPictureWidth;
+};
+
+int usageError(QTextStream &err, const QString &message)
+{
+    err << "vantrel: " << message << "\nTry 'vantrel --help'.\n";
+    return 2;
+}
+
+CommandLine::CommandLine()
+{
+    m_parser.setApplicationDescription(QStringLiteral(
         "The stand-in host of the vantrel tools plug-in.\n\n"
         "Commands:\n"
         "  (none)       Open the desktop window on an empty scene.\n"
@@ -87,168 +159,170 @@ int runCommand()
         "Exit status: 0 on success, 1 for a script error, a file that cannot be\n"
         "read or written, no OpenGL, no display for the window or a tools plug-in\n"
         "that cannot be loaded, 2 for bad usage."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    const QCommandLineOption scriptOption(QStringLiteral("script"),
-                                          QStringLiteral("Run the script file (run; repeatable)."),
-                                          QStringLiteral("file"));
-    const QCommandLineOption codeOption(QStringLiteral("e"),
-                                        QStringLiteral("Run the script code (run; repeatable)."),
-                                        QStringLiteral("code"));
-    const QCommandLineOption saveOption(QStringLiteral("save"),
-                                        QStringLiteral("Save the scene to the file afterwards."),
-                                        QStringLiteral("file"));
-    const QCommandLineOption pluginOption(
-        QStringLiteral("tools-plugin"),
-        QStringLiteral("The tools plug-in library to load (default: %1). Loading a library "
-                       "runs its code: name only libraries you trust.")
-            .arg(vantrel::host::PluginLoader::defaultToolsPluginPath()),
-        QStringLiteral("file"));
-    const QCommandLineOption outOption(
-        QStringLiteral("out"),
-        QStringLiteral("Write the picture to this file (render): PNG or JPEG by its suffix, "
-                       ".png, .jpg or .jpeg."),
-        QStringLiteral("file"));
-    const QCommandLineOption widthOption(
-        QStringLiteral("width"),
-        QStringLiteral("Picture width in pixels, %1 to %2 (render, demo --pictures; default %3). "
-                       "The height follows from the camera's aspect ratio.")
-            .arg(vantrel::render::MinimumPictureWidth)
-            .arg(vantrel::render::MaximumPictureSide)
-            .arg(vantrel::render::DefaultPictureWidth),
-        QStringLiteral("pixels"));
-    const QCommandLineOption timeLimitOption(
-        QStringLiteral("time-limit"),
-        QStringLiteral("Stop the scripts with an error (exit status 1, nothing saved or drawn) "
-                       "once they have run this many seconds together, decimals allowed (run, "
-                       "render; default: no limit)."),
-        QStringLiteral("seconds"));
-    const QCommandLineOption picturesOption(
-        QStringLiteral("pictures"),
-        QStringLiteral("Write a picture of each step into this folder (demo)."),
-        QStringLiteral("folder"));
-    parser.addOptions({scriptOption,
-                       codeOption,
-                       saveOption,
-                       pluginOption,
-                       outOption,
-                       widthOption,
-                       timeLimitOption,
-                       picturesOption});
-    parser.addPositionalArgument(QStringLiteral("command"),
-                                 QStringLiteral("open, run, render or demo (default: open)"),
-                                 QStringLiteral("[command]"));
-    parser.addPositionalArgument(QStringLiteral("scene"),
-                                 QStringLiteral("The scene file (open, run, render)."),
-                                 QStringLiteral("[scene]"));
+    m_parser.addHelpOption();
+    m_parser.addVersionOption();
+    m_parser.addOptions({m_scriptOption,
+                         m_codeOption,
+                         m_saveOption,
+                         m_pluginOption,
+                         m_outOption,
+                         m_widthOption,
+                         m_timeLimitOption,
+                         m_picturesOption});
+    m_parser.addPositionalArgument(QStringLiteral("command"),
+                                   QStringLiteral("open, run, render or demo (default: open)"),
+                                   QStringLiteral("[command]"));
+    m_parser.addPositionalArgument(QStringLiteral("scene"),
+                                   QStringLiteral("The scene file (open, run, render)."),
+                                   QStringLiteral("[scene]"));
+}
 
-    auto usageError = [&err](const QString &message) {
-        err << "vantrel: " << message << "\nTry 'vantrel --help'.\n";
-        return 2;
-    };
-    if (!parser.parse(QApplication::arguments()))
-        return usageError(parser.errorText());
-    if (parser.isSet(QStringLiteral("help"))) {
-        out << parser.helpText();
+int CommandLine::parse(QTextStream &out, QTextStream &err)
+{
+    if (!m_parser.parse(QApplication::arguments()))
+        return usageError(err, m_parser.errorText());
+    if (m_parser.isSet(QStringLiteral("help"))) {
+        out << m_parser.helpText();
         return 0;
     }
-    if (parser.isSet(QStringLiteral("version"))) {
+    if (m_parser.isSet(QStringLiteral("version"))) {
         out << "vantrel " << VANTREL_VERSION << '\n';
         return 0;
     }
-    const QStringList positional = parser.positionalArguments();
-    const QString command = positional.value(0);
+    m_positional = m_parser.positionalArguments();
+    m_command = m_positional.value(0);
+    const QString problem = commonProblem();
+    return problem.isEmpty() ? -1 : usageError(err, problem);
+}
+
+QString CommandLine::commonProblem()
+{
     // An empty name is a mistake (an unset shell variable, say), never "no file": refused before
     // anything runs rather than read as the default.
     for (const QCommandLineOption *option :
-         {&scriptOption, &saveOption, &pluginOption, &outOption, &picturesOption}) {
-        const QStringList values = parser.values(*option);
+         {&m_scriptOption, &m_saveOption, &m_pluginOption, &m_outOption, &m_picturesOption}) {
+        const QStringList values = m_parser.values(*option);
         if (std::any_of(values.begin(), values.end(), [](const QString &v) { return v.isEmpty(); }))
-            return usageError(
-                QStringLiteral("--%1 needs a file name").arg(option->names().constFirst()));
+            return QStringLiteral("--%1 needs a file name").arg(option->names().constFirst());
     }
-    if (positional.size() > 1 && positional.at(1).isEmpty())
-        return usageError(QStringLiteral("the scene file name is empty"));
-    const QString plugin = parser.isSet(pluginOption)
-                               ? parser.value(pluginOption)
-                               : vantrel::host::PluginLoader::defaultToolsPluginPath();
-    int width = vantrel::render::DefaultPictureWidth;
-    if (parser.isSet(widthOption)) {
+    if (m_positional.size() > 1 && m_positional.at(1).isEmpty())
+        return QStringLiteral("the scene file name is empty");
+    m_plugin = m_parser.isSet(m_pluginOption)
+                   ? m_parser.value(m_pluginOption)
+                   : vantrel::host::PluginLoader::defaultToolsPluginPath();
+    if (m_parser.isSet(m_widthOption)) {
         bool number = false;
-        width = parser.value(widthOption).toInt(&number);
-        if (!number || width < vantrel::render::MinimumPictureWidth
-            || width > vantrel::render::MaximumPictureSide)
-            return usageError(
-                QStringLiteral("--width takes a whole number of pixels from %1 to %2, not \"%3\"")
-                    .arg(vantrel::render::MinimumPictureWidth)
-                    .arg(vantrel::render::MaximumPictureSide)
-                    .arg(parser.value(widthOption)));
+        m_width = m_parser.value(m_widthOption).toInt(&number);
+        if (!number || m_width < vantrel::render::MinimumPictureWidth
+            || m_width > vantrel::render::MaximumPictureSide)
+            return QStringLiteral(
+                       "--width takes a whole number of pixels from %1 to %2, not \"%3\"")
+                .arg(vantrel::render::MinimumPictureWidth)
+                .arg(vantrel::render::MaximumPictureSide)
+                .arg(m_parser.value(m_widthOption));
     }
-    if (parser.isSet(outOption) && command != QStringLiteral("render"))
-        return usageError(QStringLiteral("--out belongs to render"));
-    if (parser.isSet(picturesOption) && command != QStringLiteral("demo"))
-        return usageError(QStringLiteral("--pictures belongs to demo"));
-    if (parser.isSet(timeLimitOption) && command != QStringLiteral("run")
-        && command != QStringLiteral("render"))
-        return usageError(QStringLiteral("--time-limit belongs to run and render"));
-    if (command.isEmpty() || command == QStringLiteral("open")) {
-        if (positional.size() > 2)
-            return usageError(QStringLiteral("open takes one scene file at most"));
-        if (parser.isSet(scriptOption) || parser.isSet(codeOption) || parser.isSet(saveOption)
-            || parser.isSet(widthOption))
-            return usageError(QStringLiteral("the desktop window takes no scripts, --save or "
-                                             "--width; use run or render for those"));
-        return vantrel::host::runDesktop(plugin, positional.value(1), err);
+    if (m_parser.isSet(m_outOption) && m_command != QStringLiteral("render"))
+        return QStringLiteral("--out belongs to render");
+    if (m_parser.isSet(m_picturesOption) && m_command != QStringLiteral("demo"))
+        return QStringLiteral("--pictures belongs to demo");
+    if (m_parser.isSet(m_timeLimitOption) && m_command != QStringLiteral("run")
+        && m_command != QStringLiteral("render"))
+        return QStringLiteral("--time-limit belongs to run and render");
+    return QString();
+}
+
+int CommandLine::open(QTextStream &err) const
+{
+    if (m_positional.size() > 2)
+        return usageError(err, QStringLiteral("open takes one scene file at most"));
+    if (m_parser.isSet(m_scriptOption) || m_parser.isSet(m_codeOption)
+        || m_parser.isSet(m_saveOption) || m_parser.isSet(m_widthOption))
+        return usageError(err,
+                          QStringLiteral("the desktop window takes no scripts, --save or "
+                                         "--width; use run or render for those"));
+    return vantrel::host::runDesktop(m_plugin, m_positional.value(1), err);
+}
+
+int CommandLine::demo(QTextStream &out, QTextStream &err) const
+{
+    if (m_positional.size() > 1 || m_parser.isSet(m_scriptOption) || m_parser.isSet(m_codeOption))
+        return usageError(err, QStringLiteral("demo takes no scene and no scripts"));
+    if (m_parser.isSet(m_picturesOption))
+        return vantrel::render::demoWithPictures(m_plugin,
+                                                 m_parser.value(m_saveOption),
+                                                 m_parser.value(m_picturesOption),
+                                                 m_width,
+                                                 out,
+                                                 err);
+    if (m_parser.isSet(m_widthOption))
+        return usageError(err, QStringLiteral("demo takes --width only with --pictures"));
+    return vantrel::host::runDemo(m_plugin, m_parser.value(m_saveOption), out, err);
+}
+
+int CommandLine::runOrRender(QTextStream &out, QTextStream &err) const
+{
+    const bool render = m_command == QStringLiteral("render");
+    if (m_positional.size() > 2)
+        return usageError(err, QStringLiteral("%1 takes one scene file at most").arg(m_command));
+    if (render && !m_parser.isSet(m_outOption))
+        return usageError(err, QStringLiteral("render needs --out FILE.png"));
+    if (render && !vantrel::render::pictureFormat(m_parser.value(m_outOption)))
+        return usageError(err,
+                          QStringLiteral("--out takes a .png, .jpg or .jpeg file, not \"%1\"")
+                              .arg(m_parser.value(m_outOption)));
+    if (render && m_parser.isSet(m_saveOption))
+        return usageError(err, QStringLiteral("render does not save the scene; use run --save"));
+    if (!render && m_parser.isSet(m_widthOption))
+        return usageError(err, QStringLiteral("--width belongs to render and demo --pictures"));
+    vantrel::host::RunOptions options;
+    options.pluginPath = m_plugin;
+    options.scenePath = m_positional.value(1);
+    options.savePath = m_parser.value(m_saveOption);
+    if (m_parser.isSet(m_timeLimitOption)) {
+        QString message;
+        options.timeLimit
+            = vantrel::host::parseTimeLimit(m_parser.value(m_timeLimitOption), &message);
+        if (options.timeLimit <= 0)
+            return usageError(err, message);
     }
-    if (command == QStringLiteral("demo")) {
-        if (positional.size() > 1 || parser.isSet(scriptOption) || parser.isSet(codeOption))
-            return usageError(QStringLiteral("demo takes no scene and no scripts"));
-        if (parser.isSet(picturesOption))
-            return vantrel::render::demoWithPictures(
-                plugin, parser.value(saveOption), parser.value(picturesOption), width, out, err);
-        if (parser.isSet(widthOption))
-            return usageError(QStringLiteral("demo takes --width only with --pictures"));
-        return vantrel::host::runDemo(plugin, parser.value(saveOption), out, err);
+    options.scripts = scripts();
+    if (render)
+        return vantrel::render::renderCommand(
+            {options, m_parser.value(m_outOption), m_width}, out, err);
+    return vantrel::host::runScripts(options, out, err);
+}
+
+// Scripts run in the order they were given, --script and -e mixed.
+QList<vantrel::host::RunOptions::Script> CommandLine::scripts() const
+{
+    QList<vantrel::host::RunOptions::Script> scripts;
+    const QStringList files = m_parser.values(m_scriptOption),
+                      codes = m_parser.values(m_codeOption);
+    int file = 0, code = 0;
+    for (const QString &name : m_parser.optionNames()) {
+        if (name == QLatin1String("script"))
+            scripts.append({true, files.value(file++)});
+        else if (name == QLatin1String("e"))
+            scripts.append({false, codes.value(code++)});
     }
-    if (command == QStringLiteral("run") || command == QStringLiteral("render")) {
-        const bool render = command == QStringLiteral("render");
-        if (positional.size() > 2)
-            return usageError(QStringLiteral("%1 takes one scene file at most").arg(command));
-        if (render && !parser.isSet(outOption))
-            return usageError(QStringLiteral("render needs --out FILE.png"));
-        if (render && !vantrel::render::pictureFormat(parser.value(outOption)))
-            return usageError(QStringLiteral("--out takes a .png, .jpg or .jpeg file, not \"%1\"")
-                                  .arg(parser.value(outOption)));
-        if (render && parser.isSet(saveOption))
-            return usageError(QStringLiteral("render does not save the scene; use run --save"));
-        if (!render && parser.isSet(widthOption))
-            return usageError(QStringLiteral("--width belongs to render and demo --pictures"));
-        vantrel::host::RunOptions options;
-        options.pluginPath = plugin;
-        options.scenePath = positional.value(1);
-        options.savePath = parser.value(saveOption);
-        if (parser.isSet(timeLimitOption)) {
-            QString message;
-            options.timeLimit
-                = vantrel::host::parseTimeLimit(parser.value(timeLimitOption), &message);
-            if (options.timeLimit <= 0)
-                return usageError(message);
-        }
-        // Scripts run in the order they were given, --script and -e mixed.
-        const QStringList files = parser.values(scriptOption), codes = parser.values(codeOption);
-        int file = 0, code = 0;
-        for (const QString &name : parser.optionNames()) {
-            if (name == QLatin1String("script"))
-                options.scripts.append({true, files.value(file++)});
-            else if (name == QLatin1String("e"))
-                options.scripts.append({false, codes.value(code++)});
-        }
-        if (render)
-            return vantrel::render::renderCommand(
-                {options, parser.value(outOption), width}, out, err);
-        return vantrel::host::runScripts(options, out, err);
-    }
-    return usageError(QStringLiteral("unknown command: %1").arg(positional.join(QLatin1Char(' '))));
+    return scripts;
+}
+
+int runCommand()
+{
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    CommandLine commandLine;
+    if (const int status = commandLine.parse(out, err); status >= 0)
+        return status;
+    const QString &command = commandLine.command();
+    if (command.isEmpty() || command == QStringLiteral("open"))
+        return commandLine.open(err);
+    if (command == QStringLiteral("demo"))
+        return commandLine.demo(out, err);
+    if (command == QStringLiteral("run") || command == QStringLiteral("render"))
+        return commandLine.runOrRender(out, err);
+    return usageError(err, QStringLiteral("unknown command: %1").arg(commandLine.arguments()));
 }
 
 } // namespace

@@ -13,21 +13,6 @@ namespace vantrel::host {
 
 namespace {
 
-Vector3 minus(const Vector3 &a, const Vector3 &b)
-{
-    return Vector3(a.x - b.x, a.y - b.y, a.z - b.z);
-}
-
-Vector3 cross(const Vector3 &a, const Vector3 &b)
-{
-    return Vector3(a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x);
-}
-
-float dot(const Vector3 &a, const Vector3 &b)
-{
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
 // The ray parameter where it enters the box, or infinity when it misses it (slab test).
 float enterBox(const TBBox<float> &box, const Vector3 &origin, const Vector3 &direction)
 {
@@ -60,20 +45,20 @@ float hitTriangle(const Vector3 &origin,
                   const Vector3 &c)
 {
     const float none = std::numeric_limits<float>::infinity();
-    const Vector3 ab = minus(b, a), ac = minus(c, a);
-    const Vector3 p = cross(direction, ac);
-    const float determinant = dot(ab, p);
+    const Vector3 ab = SubtractVectors(b, a), ac = SubtractVectors(c, a);
+    const Vector3 p = CrossProduct(direction, ac);
+    const float determinant = DotProduct(ab, p);
     if (std::abs(determinant) < 1e-12f)
         return none; // the ray runs along the triangle's plane
-    const Vector3 toOrigin = minus(origin, a);
-    const float u = dot(toOrigin, p) / determinant;
+    const Vector3 toOrigin = SubtractVectors(origin, a);
+    const float u = DotProduct(toOrigin, p) / determinant;
     if (u < 0.f || u > 1.f)
         return none;
-    const Vector3 q = cross(toOrigin, ab);
-    const float v = dot(direction, q) / determinant;
+    const Vector3 q = CrossProduct(toOrigin, ab);
+    const float v = DotProduct(direction, q) / determinant;
     if (v < 0.f || u + v > 1.f)
         return none;
-    const float t = dot(ac, q) / determinant;
+    const float t = DotProduct(ac, q) / determinant;
     return t > 0.f ? t : none;
 }
 

@@ -14,25 +14,14 @@ namespace vantrel::render {
 
 namespace {
 
-Vector3 cross(const Vector3 &a, const Vector3 &b)
-{
-    return Vector3(a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x);
-}
-
-Vector3 normalised(const Vector3 &v)
-{
-    const float length = std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
-    return length > 0.f ? Vector3(v.x / length, v.y / length, v.z / length) : Vector3(0, 0, -1);
-}
-
 // A world matrix in ICamera's layout (rows: forward, left, up, position) for an eye looking
 // along forward with the image's top towards +z, or towards +y when looking straight up or down.
 Matrix lookAlong(const Vector3 &eye, const Vector3 &forward)
 {
-    const Vector3 f = normalised(forward);
+    const Vector3 f = NormaliseVector(forward, Vector3(0, 0, -1));
     const Vector3 worldUp = std::abs(f.z) > 0.999f ? Vector3(0, 1, 0) : Vector3(0, 0, 1);
-    const Vector3 left = normalised(cross(worldUp, f));
-    const Vector3 up = cross(f, left);
+    const Vector3 left = NormaliseVector(CrossProduct(worldUp, f), Vector3(0, 0, -1));
+    const Vector3 up = CrossProduct(f, left);
     const Vector3 rows[4] = {f, left, up, eye};
     Matrix global;
     for (int row = 0; row < 4; ++row) {

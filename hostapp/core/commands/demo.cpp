@@ -9,17 +9,13 @@
 #include "host/itool.h"
 #include "hostapp/core/commands/samplescene.h"
 #include "hostapp/core/commands/session.h"
+#include "hostapp/core/commands/toolwindowdriver.h"
 #include "hostapp/core/document/document.h"
 #include "hostapp/core/document/headlessuserinterface.h"
 #include "hostapp/core/files/scenefile.h"
 #include "hostapp/core/scene/scenenode.h"
-#include "hostapp/ui/panelaccess.h"
 
-#include <QAction>
-#include <QCoreApplication>
-#include <QDialog>
 #include <QElapsedTimer>
-#include <QPushButton>
 #include <QTextStream>
 
 #include <cmath>
@@ -73,72 +69,6 @@ void printSteps(const Document &document, double milliseconds, QTextStream &out)
                .arg(milliseconds, 0, 'f', 3)
                .arg(document.history().undoCount())
                .arg(document.history().undoText());
-}
-
-// What a user does with a tool window once it is open: move its sliders and press OK. The
-// window is the tool's own, driven through its real property panel.
-using Settings = std::vector<std::pair<const char *, double>>;
-bool driveWindow(Session &session,
-                 const QString &opener,
-                 const Settings &settings,
-                 QTextStream &out,
-                 QTextStream &err)
-{
-    QDialog *window = session.userInterface().openWindow();
-    PanelAccess *panel = FindPanel(window);
-    auto *ok = window ? window->findChild<QPushButton *>(QStringLiteral("ok")) : nullptr;
-    if (!panel || !ok) {
-        err << "vantrel: " << opener << " opened no settings window\n";
-        return false;
-    }
-    out << "window \"" << window->windowTitle() << "\":";
-    for (const auto &[property, value] : settings) {
-        panel->setPanelValue(QLatin1String(property), value);
-        out << ' ' << property << ' ' << panel->panelValue(QLatin1String(property)).toDouble();
-    }
-    out << ", OK\n";
-    ok->click();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    return true;
-}
-
-// A tool window opened from its tool-bar button.
-bool runToolbarWindow(Session &session,
-                      const QString &buttonId,
-                      const Settings &settings,
-                      QTextStream &out,
-                      QTextStream &err)
-{
-    QAction *button = nullptr;
-    for (QAction *action : session.userInterface().toolbarActions()) {
-        if (action->property("buttonId").toString() == buttonId)
-            button = action;
-    }
-    if (!button) {
-        err << "vantrel: the plug-in put no \"" << buttonId << "\" button on the tool bar\n";
-        return false;
-    }
-    session.document().history().setNextStepName(button->text());
-    button->trigger();
-    return driveWindow(
-        session, QStringLiteral("the \"%1\" button").arg(button->text()), settings, out, err);
-}
-
-// A tool window opened from the tool list, as tools without a tool-bar button are.
-bool runListedWindow(Session &session,
-                     const QString &title,
-                     const Settings &settings,
-                     QTextStream &out,
-                     QTextStream &err)
-{
-    ITool *tool = session.tools().findTool(title);
-    if (!tool) {
-        err << "vantrel: the plug-in registered no \"" << title << "\" tool\n";
-        return false;
-    }
-    session.document().history().setNextStepName(title);
-    tool->Execute(session.context());
-    return driveWindow(session, QStringLiteral("\"%1\"").arg(title), settings, out, err);
 }
 
 void printLights(const Document &document, QTextStream &out)
@@ -198,6 +128,178 @@ void printStack(const INode *group, QTextStream &out)
                .arg(double(box.max[2]), 0, 'f', 2);
 }
 
+// The demo's steps, each printing what it did; false stops the demo with exit status 1.
+class DemoRun
+{
+public:
+    DemoRun(Session &session, QTextStream &out, QTextStream &err, const DemoStepHook &afterStep)
+        : m_session(session)
+        , m_document(session.document())
+        , m_out(out)
+        , m_err(err)
+        , m_afterStep(afterStep)
+    {}
+
+    bool sampleScene();
+    bool putOnTheFloor();
+    bool easyLighting();
+    bool stepAndRepeat();
+    bool stack();
+    bool fitToView();
+    bool save(const QString &savePath);
+
+private:
+    bool stepDone(const QString &step)
+    {
+        m_out.flush(); // the hook's own lines come after the step's
+        return !m_afterStep || m_afterStep(step, m_document);
+    }
+    // Picking nodes is a step of its own, as a click in the scene would be.
+    void select(const std::vector<INode *> &nodes)
+    {
+        m_document.history().setNextStepName(QStringLiteral("Select"));
+        m_document.SetSelection(nodes, Document::ReplaceSelection);
+    }
+    double elapsed() const { return double(m_timer.nsecsElapsed()) / 1e6; }
+
+    Session &m_session;
+    Document &m_document;
+    QTextStream &m_out;
+    QTextStream &m_err;
+    const DemoStepHook &m_afterStep;
+    std::vector<INode *> m_hovering; // the sample scene's shapes above the floor
+    QElapsedTimer m_timer;
+};
+
+bool DemoRun::sampleScene()
+{
+    m_hovering = buildSampleScene(m_document);
+    m_document.SetSelection(m_hovering, Document::ReplaceSelection);
+    m_document.history().clear();
+    printTools(m_session.tools(), m_session.context(), m_out);
+    return stepDone(QStringLiteral("sample scene"));
+}
+
+bool DemoRun::putOnTheFloor()
+{
+    ITool *floorTool = m_session.tools().findTool(QStringLiteral("Put On The Floor"));
+    if (!floorTool) {
+        m_err << "vantrel: the plug-in registered no \"Put On The Floor\" tool\n";
+        return false;
+    }
+    m_out << "\nPut On The Floor on the " << m_hovering.size() << " selected shapes\nbefore:\n";
+    printPlacement(m_hovering, m_out);
+    m_timer.start();
+    m_document.history().setNextStepName(floorTool->GetTitle());
+    floorTool->Execute(m_session.context());
+    const double milliseconds = elapsed();
+    m_out << "after:\n";
+    printPlacement(m_hovering, m_out);
+    printSteps(m_document, milliseconds, m_out);
+    return stepDone(floorTool->GetTitle());
+}
+
+bool DemoRun::easyLighting()
+{
+    m_out << "\nEasy Lighting: one light steered by four numbers\n";
+    m_timer.restart();
+    if (!runToolbarWindow(m_session,
+                          QStringLiteral("EasyLighting"),
+                          {{"angleH", -135}, {"angleV", 40}, {"contrast", 0.65}, {"blur", 0.2}},
+                          m_out,
+                          m_err))
+        return false;
+    printLights(m_document, m_out);
+    printSteps(m_document, elapsed(), m_out);
+    return stepDone(QStringLiteral("Easy Lighting"));
+}
+
+bool DemoRun::stepAndRepeat()
+{
+    m_out << "\nStep and Repeat: a grid of copies of the gift box\n";
+    INode *giftBox = nullptr;
+    for (INode *node : m_document.GetRootNode()->GetChildren()) {
+        if (node->GetName() == QLatin1String("Gift Box"))
+            giftBox = node;
+    }
+    if (!giftBox) {
+        m_err << "vantrel: the sample scene has no \"Gift Box\"\n";
+        return false;
+    }
+    select({giftBox});
+    m_out << "selected \"Gift Box\"; undo steps: " << m_document.history().undoCount() << '\n';
+    m_timer.restart();
+    if (!runListedWindow(m_session,
+                         QStringLiteral("Step and Repeat..."),
+                         {{"repeatX", 4},
+                          {"repeatY", 3},
+                          {"repeatZ", 2},
+                          {"stepX", 5},
+                          {"stepY", 2.5},
+                          {"stepZ", 0}},
+                         m_out,
+                         m_err))
+        return false;
+    printGrid(giftBox->GetParent(), m_out);
+    printSteps(m_document, elapsed(), m_out);
+    return stepDone(QStringLiteral("Step and Repeat"));
+}
+
+bool DemoRun::stack()
+{
+    m_out << "\nStack: the two books stacked twice over with a twist\n";
+    std::vector<INode *> books;
+    for (INode *node : m_hovering) {
+        if (node->GetName() != QLatin1String("DVD Case"))
+            books.push_back(node);
+    }
+    select(books);
+    m_out << "selected the " << books.size()
+          << " books; undo steps: " << m_document.history().undoCount() << '\n';
+    m_timer.restart();
+    if (!runListedWindow(m_session,
+                         QStringLiteral("Stack..."),
+                         {{"generationRepeatList", 2},
+                          {"generationSeed", 3},
+                          {"twistStep", 6},
+                          {"offsetDisorder", 0.2}},
+                         m_out,
+                         m_err))
+        return false;
+    printStack(books.front()->GetParent(), m_out);
+    printSteps(m_document, elapsed(), m_out);
+    return stepDone(QStringLiteral("Stack"));
+}
+
+bool DemoRun::fitToView()
+{
+    m_out << "\nFit To View: the camera brought as close as the scene allows\n";
+    printCamera(m_document, QStringLiteral("before"), m_out);
+    m_timer.restart();
+    if (!runToolbarWindow(
+            m_session, QStringLiteral("FitToView"), {{"padding", 0.15}}, m_out, m_err))
+        return false;
+    const double milliseconds = elapsed();
+    printCamera(m_document, QStringLiteral("after"), m_out);
+    m_out << QStringLiteral("took %1 ms; the camera is view state: undo steps still %2\n")
+                 .arg(milliseconds, 0, 'f', 3)
+                 .arg(m_document.history().undoCount());
+    return stepDone(QStringLiteral("Fit To View"));
+}
+
+bool DemoRun::save(const QString &savePath)
+{
+    if (savePath.isEmpty())
+        return true;
+    QString error;
+    if (!SceneFile::save(savePath, m_document, &error)) {
+        m_err << "vantrel: " << error << '\n';
+        return false;
+    }
+    m_out << "saved the scene to " << savePath << '\n';
+    return true;
+}
+
 } // namespace
 
 int runDemo(const QString &pluginPath,
@@ -218,124 +320,10 @@ int runDemo(const QString &pluginPath,
                      &session.userInterface(),
                      [&out](const QString &text) { out << "  message: " << text << '\n'; });
 
-    Document &document = session.document();
-    const std::vector<INode *> hovering = buildSampleScene(document);
-    document.SetSelection(hovering, Document::ReplaceSelection);
-    document.history().clear();
-    printTools(session.tools(), session.context(), out);
-    auto stepDone = [&](const QString &step) {
-        out.flush(); // the hook's own lines come after the step's
-        return !afterStep || afterStep(step, session.document());
-    };
-    if (!stepDone(QStringLiteral("sample scene")))
+    DemoRun run(session, out, err, afterStep);
+    if (!run.sampleScene() || !run.putOnTheFloor() || !run.easyLighting() || !run.stepAndRepeat()
+        || !run.stack() || !run.fitToView() || !run.save(savePath))
         return 1;
-
-    ITool *floorTool = session.tools().findTool(QStringLiteral("Put On The Floor"));
-    if (!floorTool) {
-        err << "vantrel: the plug-in registered no \"Put On The Floor\" tool\n";
-        return 1;
-    }
-    out << "\nPut On The Floor on the " << hovering.size() << " selected shapes\nbefore:\n";
-    printPlacement(hovering, out);
-    QElapsedTimer timer;
-    timer.start();
-    document.history().setNextStepName(floorTool->GetTitle());
-    floorTool->Execute(session.context());
-    const double milliseconds = double(timer.nsecsElapsed()) / 1e6;
-    out << "after:\n";
-    printPlacement(hovering, out);
-    printSteps(document, milliseconds, out);
-    if (!stepDone(floorTool->GetTitle()))
-        return 1;
-
-    out << "\nEasy Lighting: one light steered by four numbers\n";
-    timer.restart();
-    if (!runToolbarWindow(session,
-                          QStringLiteral("EasyLighting"),
-                          {{"angleH", -135}, {"angleV", 40}, {"contrast", 0.65}, {"blur", 0.2}},
-                          out,
-                          err))
-        return 1;
-    printLights(document, out);
-    printSteps(document, double(timer.nsecsElapsed()) / 1e6, out);
-    if (!stepDone(QStringLiteral("Easy Lighting")))
-        return 1;
-
-    out << "\nStep and Repeat: a grid of copies of the gift box\n";
-    INode *giftBox = nullptr;
-    for (INode *node : document.GetRootNode()->GetChildren()) {
-        if (node->GetName() == QLatin1String("Gift Box"))
-            giftBox = node;
-    }
-    if (!giftBox) {
-        err << "vantrel: the sample scene has no \"Gift Box\"\n";
-        return 1;
-    }
-    // Picking the box is a step of its own, as a click in the scene would be.
-    document.history().setNextStepName(QStringLiteral("Select"));
-    document.SetSelection({giftBox}, Document::ReplaceSelection);
-    out << "selected \"Gift Box\"; undo steps: " << document.history().undoCount() << '\n';
-    timer.restart();
-    if (!runListedWindow(session,
-                         QStringLiteral("Step and Repeat..."),
-                         {{"repeatX", 4},
-                          {"repeatY", 3},
-                          {"repeatZ", 2},
-                          {"stepX", 5},
-                          {"stepY", 2.5},
-                          {"stepZ", 0}},
-                         out,
-                         err))
-        return 1;
-    printGrid(giftBox->GetParent(), out);
-    printSteps(document, double(timer.nsecsElapsed()) / 1e6, out);
-    if (!stepDone(QStringLiteral("Step and Repeat")))
-        return 1;
-
-    out << "\nStack: the two books stacked twice over with a twist\n";
-    std::vector<INode *> books;
-    for (INode *node : hovering) {
-        if (node->GetName() != QLatin1String("DVD Case"))
-            books.push_back(node);
-    }
-    document.history().setNextStepName(QStringLiteral("Select"));
-    document.SetSelection(books, Document::ReplaceSelection);
-    out << "selected the " << books.size()
-        << " books; undo steps: " << document.history().undoCount() << '\n';
-    timer.restart();
-    if (!runListedWindow(session,
-                         QStringLiteral("Stack..."),
-                         {{"generationRepeatList", 2},
-                          {"generationSeed", 3},
-                          {"twistStep", 6},
-                          {"offsetDisorder", 0.2}},
-                         out,
-                         err))
-        return 1;
-    printStack(books.front()->GetParent(), out);
-    printSteps(document, double(timer.nsecsElapsed()) / 1e6, out);
-    if (!stepDone(QStringLiteral("Stack")))
-        return 1;
-
-    out << "\nFit To View: the camera brought as close as the scene allows\n";
-    printCamera(document, QStringLiteral("before"), out);
-    timer.restart();
-    if (!runToolbarWindow(session, QStringLiteral("FitToView"), {{"padding", 0.15}}, out, err))
-        return 1;
-    const double fitMilliseconds = double(timer.nsecsElapsed()) / 1e6;
-    printCamera(document, QStringLiteral("after"), out);
-    out << QStringLiteral("took %1 ms; the camera is view state: undo steps still %2\n")
-               .arg(fitMilliseconds, 0, 'f', 3)
-               .arg(document.history().undoCount());
-    if (!stepDone(QStringLiteral("Fit To View")))
-        return 1;
-    if (!savePath.isEmpty()) {
-        if (!SceneFile::save(savePath, document, &error)) {
-            err << "vantrel: " << error << '\n';
-            return 1;
-        }
-        out << "saved the scene to " << savePath << '\n';
-    }
     out.flush();
     return 0;
 }

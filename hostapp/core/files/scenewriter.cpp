@@ -180,9 +180,69 @@ QByteArray SceneWriter::write(const Document &document)
     return out.text();
 }
 
+namespace {
+
+using Refusal = SceneReader::Refusal;
+
+// The first of the values beyond limit, as the reader would refuse it. Places are spelled only
+// for a refusal, so a save's check costs next to nothing per node.
+template<typename Place>
+Refusal beyond(const Place &place, std::initializer_list<float> values, double limit)
+{
+    int i = 0;
+    for (const float value : values) {
+        if (!(std::abs(double(value)) <= limit)) {
+            return Refusal{values.size() == 1 ? place()
+                                              : QStringLiteral("%1[%2]").arg(place()).arg(i),
+                           SceneReader::rangeProblem(double(value), limit)};
+        }
+        ++i;
+    }
+    return Refusal();
+}
+
+// The first field of one node the reader would refuse; field(name) spells its place.
+template<typename Field>
+Refusal checkNode(const BaseNode *child, const Field &field)
+{
+    const auto at = [&field](QLatin1String name) { return [&field, name] { return field(name); }; };
+    Refusal refusal;
+    if (const auto *scene = qobject_cast<const SceneNode *>(child)) {
+        const Vector3 p = scene->GetPosition(), r = scene->GetRotation(), s = scene->GetScale();
+        refusal = beyond(at(key::position), {p.x, p.y, p.z}, SceneFile::MaximumPosition);
+        if (refusal.problem.isEmpty())
+            refusal = beyond(at(key::rotation), {r.x, r.y, r.z}, SceneFile::MaximumRotation);
+        if (refusal.problem.isEmpty())
+            refusal = beyond(at(key::scale), {s.x, s.y, s.z}, SceneFile::MaximumScale);
+    }
+    if (const QString problem
+        = SceneFile::textProblem(child->GetName(), SceneFile::MaximumNameLength);
+        refusal.problem.isEmpty() && !problem.isEmpty())
+        refusal = {field(key::name), QStringLiteral("the name %1").arg(problem)};
+    const auto *mesh = qobject_cast<const MeshNode *>(child);
+    const QVariantMap params = mesh ? mesh->generator()->parameters() : QVariantMap();
+    for (auto it = params.constBegin(); it != params.constEnd() && refusal.problem.isEmpty();
+         ++it) {
+        if (it->userType() != QMetaType::QString)
+            continue;
+        if (const QString problem
+            = SceneFile::textProblem(it->toString(), SceneFile::MaximumTextLength);
+            !problem.isEmpty())
+            refusal = {field(key::params) + QLatin1Char('.') + it.key(),
+                       QStringLiteral("the text %1").arg(problem)};
+    }
+    const auto *light = qobject_cast<const LightNode *>(child);
+    if (light && refusal.problem.isEmpty())
+        refusal = beyond(at(key::intensity), {light->GetIntensity()}, SceneFile::MaximumOther);
+    if (light && refusal.problem.isEmpty())
+        refusal = beyond(at(key::shadowBlur), {light->GetShadowBlur()}, SceneFile::MaximumOther);
+    return refusal;
+}
+
+} // namespace
+
 SceneReader::Refusal SceneWriter::check(const Document &document)
 {
-    using Refusal = SceneReader::Refusal;
     // Depth first without recursion: the groups being walked, each with the number of its
     // children taken so far, so that the entries spell the place of the node the walk is at.
     std::vector<std::pair<const BaseNode *, std::size_t>> open{{document.root(), 0}};
@@ -193,21 +253,6 @@ SceneReader::Refusal SceneWriter::check(const Document &document)
         return text;
     };
     const auto field = [&here](QLatin1String name) { return here() + QLatin1Char('.') + name; };
-    // The first of the values beyond limit, as the reader would refuse it. Places are spelled
-    // only for a refusal, so a save's check costs next to nothing per node.
-    const auto beyond = [](const auto &place, std::initializer_list<float> values, double limit) {
-        int i = 0;
-        for (const float value : values) {
-            if (!(std::abs(double(value)) <= limit)) {
-                return Refusal{values.size() == 1 ? place()
-                                                  : QStringLiteral("%1[%2]").arg(place()).arg(i),
-                               SceneReader::rangeProblem(double(value), limit)};
-            }
-            ++i;
-        }
-        return Refusal();
-    };
-    const auto at = [&field](QLatin1String name) { return [&field, name] { return field(name); }; };
 
     const Vector3 target = document.camera()->GetTarget();
     Refusal refusal = beyond([] { return QString(key::ambient); },
@@ -232,36 +277,7 @@ SceneReader::Refusal SceneWriter::check(const Document &document)
         if (++count > SceneFile::MaximumNodeCount)
             return {key::root,
                     QStringLiteral("more than %1 nodes").arg(SceneFile::MaximumNodeCount)};
-        if (const auto *scene = qobject_cast<const SceneNode *>(child)) {
-            const Vector3 p = scene->GetPosition(), r = scene->GetRotation(), s = scene->GetScale();
-            refusal = beyond(at(key::position), {p.x, p.y, p.z}, SceneFile::MaximumPosition);
-            if (refusal.problem.isEmpty())
-                refusal = beyond(at(key::rotation), {r.x, r.y, r.z}, SceneFile::MaximumRotation);
-            if (refusal.problem.isEmpty())
-                refusal = beyond(at(key::scale), {s.x, s.y, s.z}, SceneFile::MaximumScale);
-        }
-        if (const QString problem
-            = SceneFile::textProblem(child->GetName(), SceneFile::MaximumNameLength);
-            refusal.problem.isEmpty() && !problem.isEmpty())
-            refusal = {field(key::name), QStringLiteral("the name %1").arg(problem)};
-        const auto *mesh = qobject_cast<const MeshNode *>(child);
-        const QVariantMap params = mesh ? mesh->generator()->parameters() : QVariantMap();
-        for (auto it = params.constBegin(); it != params.constEnd() && refusal.problem.isEmpty();
-             ++it) {
-            if (it->userType() != QMetaType::QString)
-                continue;
-            if (const QString problem
-                = SceneFile::textProblem(it->toString(), SceneFile::MaximumTextLength);
-                !problem.isEmpty())
-                refusal = {field(key::params) + QLatin1Char('.') + it.key(),
-                           QStringLiteral("the text %1").arg(problem)};
-        }
-        const auto *light = qobject_cast<const LightNode *>(child);
-        if (light && refusal.problem.isEmpty())
-            refusal = beyond(at(key::intensity), {light->GetIntensity()}, SceneFile::MaximumOther);
-        if (light && refusal.problem.isEmpty())
-            refusal
-                = beyond(at(key::shadowBlur), {light->GetShadowBlur()}, SceneFile::MaximumOther);
+        refusal = checkNode(child, field);
     }
     return refusal;
 }

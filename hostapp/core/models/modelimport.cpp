@@ -4,6 +4,7 @@
 
 #include "hostapp/core/models/gltfnodegraph.h"
 #include "hostapp/core/scene/meshbuilder.h"
+#include "hostapp/core/scene/vertexframes.h"
 
 #include <QFile>
 
@@ -139,7 +140,7 @@ bool convert(const aiMesh &source, std::vector<std::unique_ptr<MeshPart>> *parts
     }
     if (indices.empty())
         return true;
-    MeshBuilder::computeTangents(vertices, indices);
+    computeTangentFrames(vertices, indices);
     parts->push_back(std::make_unique<MeshPart>(std::move(vertices), std::move(indices)));
     return true;
 }

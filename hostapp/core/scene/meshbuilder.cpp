@@ -3,6 +3,7 @@
 #include "hostapp/core/scene/meshbuilder.h"
 
 #include "geometry/geometry.h"
+#include "hostapp/core/scene/vertexframes.h"
 
 #include <QtGlobal>
 
@@ -18,155 +19,11 @@ namespace {
 // corners of a rectangle stay crisp.
 constexpr float SmoothingCosine = 0.64f;
 
-// Outline points closer than this fraction of the outline's size are one point. Rounded
-// corners whose radius reaches half a side otherwise leave zero-length edges behind.
-constexpr float DuplicateFraction = 1e-5f;
-
-// Two hole and outline samples whose directions from the hole centre differ by less than this
-// (radians) are one sample.
-constexpr float SameDirection = 1e-5f;
-
 constexpr double Pi = 3.14159265358979323846;
-
-Vector3 add(const Vector3 &a, const Vector3 &b)
-{
-    return {a.x + b.x, a.y + b.y, a.z + b.z};
-}
-
-Vector3 subtract(const Vector3 &a, const Vector3 &b)
-{
-    return {a.x - b.x, a.y - b.y, a.z - b.z};
-}
-
-Vector3 scale(const Vector3 &a, float s)
-{
-    return {a.x * s, a.y * s, a.z * s};
-}
-
-float dot(const Vector3 &a, const Vector3 &b)
-{
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
-Vector3 cross(const Vector3 &a, const Vector3 &b)
-{
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-}
 
 Vector3 normalized(const Vector3 &a, const Vector3 &fallback)
 {
-    const float length = std::sqrt(dot(a, a));
-    return length > 1e-20f ? scale(a, 1.f / length) : fallback;
-}
-
-// A vertex record keeps its vectors as plain float arrays.
-Vector3 load(const float *v)
-{
-    return {v[0], v[1], v[2]};
-}
-
-void store(float *out, const Vector3 &v)
-{
-    out[0] = v.x;
-    out[1] = v.y;
-    out[2] = v.z;
-}
-
-float cross2(float ax, float az, float bx, float bz)
-{
-    return ax * bz - az * bx;
-}
-
-// Twice the signed area; positive when the outline runs counter-clockwise in the xz-plane.
-float doubleArea(const MeshBuilder::Outline &loop)
-{
-    float area = 0.f;
-    for (std::size_t i = 0; i < loop.size(); ++i) {
-        const MeshBuilder::OutlinePoint &a = loop[i];
-        const MeshBuilder::OutlinePoint &b = loop[(i + 1) % loop.size()];
-        area += cross2(a.x, a.z, b.x, b.z);
-    }
-    return area;
-}
-
-struct Bounds
-{
-    float xMin, xMax, zMin, zMax;
-};
-
-// The axis-aligned bounds of a non-empty outline.
-Bounds boundsOf(const MeshBuilder::Outline &outline)
-{
-    Bounds b = {outline[0].x, outline[0].x, outline[0].z, outline[0].z};
-    for (const MeshBuilder::OutlinePoint &p : outline) {
-        b.xMin = std::min(b.xMin, p.x);
-        b.xMax = std::max(b.xMax, p.x);
-        b.zMin = std::min(b.zMin, p.z);
-        b.zMax = std::max(b.zMax, p.z);
-    }
-    return b;
-}
-
-// The outline without repeated points, counter-clockwise; empty when nothing with an area is
-// left.
-MeshBuilder::Outline cleanLoop(const MeshBuilder::Outline &outline)
-{
-    if (outline.size() < 3)
-        return {};
-    const Bounds box = boundsOf(outline);
-    const float tolerance = DuplicateFraction * std::max(box.xMax - box.xMin, box.zMax - box.zMin);
-    const auto same
-        = [tolerance](const MeshBuilder::OutlinePoint &a, const MeshBuilder::OutlinePoint &b) {
-              return std::abs(a.x - b.x) <= tolerance && std::abs(a.z - b.z) <= tolerance;
-          };
-    MeshBuilder::Outline loop;
-    for (const MeshBuilder::OutlinePoint &p : outline) {
-        if (loop.empty() || !same(loop.back(), p))
-            loop.push_back(p);
-    }
-    while (loop.size() > 1 && same(loop.back(), loop.front()))
-        loop.pop_back();
-    const float area = doubleArea(loop);
-    if (loop.size() < 3 || std::abs(area) <= tolerance * tolerance)
-        return {};
-    if (area < 0.f)
-        std::reverse(loop.begin(), loop.end());
-    return loop;
-}
-
-MeshBuilder::OutlinePoint centroid(const MeshBuilder::Outline &loop)
-{
-    double x = 0., z = 0.;
-    for (const MeshBuilder::OutlinePoint &p : loop) {
-        x += p.x;
-        z += p.z;
-    }
-    return {float(x / double(loop.size())), float(z / double(loop.size()))};
-}
-
-// Where the ray from centre in direction (dx, dz) leaves the convex loop around it.
-MeshBuilder::OutlinePoint rayExit(const MeshBuilder::Outline &loop,
-                                  const MeshBuilder::OutlinePoint &centre,
-                                  float dx,
-                                  float dz)
-{
-    for (std::size_t i = 0; i < loop.size(); ++i) {
-        const MeshBuilder::OutlinePoint &a = loop[i];
-        const MeshBuilder::OutlinePoint &b = loop[(i + 1) % loop.size()];
-        const float ex = b.x - a.x, ez = b.z - a.z;
-        const float denominator = cross2(dx, dz, ex, ez);
-        if (std::abs(denominator) < 1e-12f)
-            continue;
-        const float wx = a.x - centre.x, wz = a.z - centre.z;
-        const float t = cross2(wx, wz, ex, ez) / denominator;
-        const float s = cross2(wx, wz, dx, dz) / denominator;
-        if (t > 0.f && s >= -1e-4f && s <= 1.f + 1e-4f) {
-            const float clamped = qBound(0.f, s, 1.f);
-            return {a.x + clamped * ex, a.z + clamped * ez};
-        }
-    }
-    // Only reachable through rounding on a degenerate loop: the nearest corner will do.
-    return loop.front();
+    return unitVertexVector(a, fallback);
 }
 
 } // namespace
@@ -195,8 +52,8 @@ quint32 MeshBuilder::addVertex(const Vector3 &position, const Vector3 &normal, f
 {
     Part &part = currentPart();
     VertexRecord record = {};
-    store(record.position, position);
-    store(record.normal, normal);
+    setVertexVector(record.position, position);
+    setVertexVector(record.normal, normal);
     // Planar mappings divide by the extent and can land a rounding step outside 0..1.
     record.texCoord[0] = qBound(0.f, u, 1.f);
     record.texCoord[1] = qBound(0.f, v, 1.f);
@@ -225,7 +82,8 @@ void MeshBuilder::addQuadVertices(const Vector3 (&positions)[4],
 
 void MeshBuilder::addTriangle(const Vector3 &a, const Vector3 &b, const Vector3 &c)
 {
-    const Vector3 normal = normalized(cross(subtract(b, a), subtract(c, a)), Vector3(0, 0, 1));
+    const Vector3 normal
+        = normalized(CrossProduct(SubtractVectors(b, a), SubtractVectors(c, a)), Vector3(0, 0, 1));
     const quint32 ia = addVertex(a, normal, 0.f, 1.f);
     const quint32 ib = addVertex(b, normal, 1.f, 1.f);
     const quint32 ic = addVertex(c, normal, 0.5f, 0.f);
@@ -238,7 +96,8 @@ void MeshBuilder::addQuad(const Vector3 &p0,
                           const Vector3 &p3)
 {
     // The cross product of the diagonals is the quad's normal even when one edge is very short.
-    const Vector3 normal = normalized(cross(subtract(p2, p0), subtract(p3, p1)), Vector3(0, 0, 1));
+    const Vector3 normal = normalized(
+        CrossProduct(SubtractVectors(p2, p0), SubtractVectors(p3, p1)), Vector3(0, 0, 1));
     const float texCoords[4][2] = {{0.f, 1.f}, {1.f, 1.f}, {1.f, 0.f}, {0.f, 0.f}};
     addQuadVertices({p0, p1, p2, p3}, {normal, normal, normal, normal}, texCoords);
 }
@@ -280,7 +139,8 @@ void MeshBuilder::addWall(const Outline &loop, float yMin, float yMax)
     const auto joined = [&edgeNormals](std::size_t edge, std::size_t neighbour) {
         const Vector3 &own = edgeNormals[edge];
         const Vector3 &other = edgeNormals[neighbour];
-        return dot(own, other) > SmoothingCosine ? normalized(add(own, other), own) : own;
+        return DotProduct(own, other) > SmoothingCosine ? normalized(AddVectors(own, other), own)
+                                                        : own;
     };
     for (std::size_t i = 0; i < n; ++i) {
         const OutlinePoint &a = loop[i];
@@ -299,7 +159,7 @@ void MeshBuilder::addCap(const Outline &outer, const Outline &inner, float y, bo
 {
     // Planar mapping over the outline's bounds; the back face is seen from +y, where x runs
     // from right to left, so its u is mirrored to keep the picture the right way round.
-    const Bounds box = boundsOf(outer);
+    const OutlineBounds box = outlineBounds(outer);
     const float width = std::max(box.xMax - box.xMin, 1e-20f);
     const float height = std::max(box.zMax - box.zMin, 1e-20f);
     const Vector3 normal = facesBack ? Vector3(0, 1, 0) : Vector3(0, -1, 0);
@@ -317,7 +177,7 @@ void MeshBuilder::addCap(const Outline &outer, const Outline &inner, float y, bo
     const quint32 n = quint32(outer.size());
     if (inner.empty()) {
         // A fan from the centroid covers any convex outline.
-        const quint32 centre = vertex(centroid(outer));
+        const quint32 centre = vertex(outlineCentroid(outer));
         for (const OutlinePoint &p : outer)
             vertex(p);
         for (quint32 i = 0; i < n; ++i)
@@ -340,7 +200,7 @@ void MeshBuilder::addCap(const Outline &outer, const Outline &inner, float y, bo
 
 void MeshBuilder::addPrism(const Outline &outline, float yMin, float yMax)
 {
-    const Outline loop = cleanLoop(outline);
+    const Outline loop = cleanOutline(outline);
     if (loop.empty() || !(yMax > yMin))
         return;
     addWall(loop, yMin, yMax);
@@ -353,58 +213,14 @@ void MeshBuilder::addPrismWithHole(const Outline &outline,
                                    float yMin,
                                    float yMax)
 {
-    const Outline outer = cleanLoop(outline);
-    const Outline inner = cleanLoop(hole);
+    const Outline outer = cleanOutline(outline);
+    const Outline inner = cleanOutline(hole);
     if (outer.empty() || inner.empty() || !(yMax > yMin))
         return;
 
-    // Pair the two loops point by point along rays from the hole's centre: every corner of
-    // either loop gets a ray, and each ray meets both loops once because both are convex around
-    // the centre. The ring between them then falls apart into quads that cannot overlap.
-    const OutlinePoint centre = centroid(inner);
-    struct Sample
-    {
-        float angle;
-        int outerCorner;
-        int innerCorner;
-    };
-    std::vector<Sample> samples;
-    for (std::size_t i = 0; i < outer.size(); ++i)
-        samples.push_back({std::atan2(outer[i].z - centre.z, outer[i].x - centre.x), int(i), -1});
-    for (std::size_t i = 0; i < inner.size(); ++i)
-        samples.push_back({std::atan2(inner[i].z - centre.z, inner[i].x - centre.x), -1, int(i)});
-    std::sort(samples.begin(), samples.end(), [](const Sample &a, const Sample &b) {
-        return a.angle < b.angle;
-    });
-    std::vector<Sample> merged;
-    for (const Sample &s : samples) {
-        if (!merged.empty() && s.angle - merged.back().angle < SameDirection) {
-            if (s.outerCorner >= 0)
-                merged.back().outerCorner = s.outerCorner;
-            if (s.innerCorner >= 0)
-                merged.back().innerCorner = s.innerCorner;
-        } else {
-            merged.push_back(s);
-        }
-    }
-    // The same direction can show up as almost +pi at the end and almost -pi at the start.
-    if (merged.size() > 1
-        && merged.front().angle + 2 * float(Pi) - merged.back().angle < SameDirection) {
-        if (merged.back().outerCorner >= 0)
-            merged.front().outerCorner = merged.back().outerCorner;
-        if (merged.back().innerCorner >= 0)
-            merged.front().innerCorner = merged.back().innerCorner;
-        merged.pop_back();
-    }
-
+    // Paired point by point, the ring between the loops falls apart into quads.
     Outline outerLoop, innerLoop;
-    for (const Sample &s : merged) {
-        const float dx = std::cos(s.angle), dz = std::sin(s.angle);
-        outerLoop.push_back(s.outerCorner >= 0 ? outer[std::size_t(s.outerCorner)]
-                                               : rayExit(outer, centre, dx, dz));
-        innerLoop.push_back(s.innerCorner >= 0 ? inner[std::size_t(s.innerCorner)]
-                                               : rayExit(inner, centre, dx, dz));
-    }
+    pairAlongRays(outer, inner, &outerLoop, &innerLoop);
 
     addWall(outerLoop, yMin, yMax);
     // Walked backwards, the hole's outside (the empty hole) lies to the right.
@@ -423,9 +239,10 @@ void MeshBuilder::addCylinder(float centreX,
                               int segments)
 {
     segments = std::max(segments, 3);
-    const Outline outline = circle(centreX, centreZ, radius, segments);
+    const Outline outline = circleOutline(centreX, centreZ, radius, segments);
     if (holeRadius > DuplicateFraction * radius && holeRadius < radius)
-        addPrismWithHole(outline, circle(centreX, centreZ, holeRadius, segments), yMin, yMax);
+        addPrismWithHole(
+            outline, circleOutline(centreX, centreZ, holeRadius, segments), yMin, yMax);
     else
         addPrism(outline, yMin, yMax);
 }
@@ -466,7 +283,7 @@ void MeshBuilder::addCurvedSheet(float width, float height, float thickness, flo
         const std::size_t j = i + 1;
         const float u0 = float(i) / float(segments), u1 = float(j) / float(segments);
         const Vector3 &n0 = normal[i], &n1 = normal[j];
-        const Vector3 b0 = scale(n0, -1.f), b1 = scale(n1, -1.f);
+        const Vector3 b0 = ScaleVector(n0, -1.f), b1 = ScaleVector(n1, -1.f);
         const float frontUv[4][2] = {{u0, 1.f}, {u1, 1.f}, {u1, 0.f}, {u0, 0.f}};
         addQuadVertices(
             {at(front[i], 0.f), at(front[j], 0.f), at(front[j], height), at(front[i], height)},
@@ -499,56 +316,13 @@ void MeshBuilder::transformSince(const Mark &mark, const Matrix &matrix)
         std::vector<VertexRecord> &vertices = m_parts[p].vertices;
         for (std::size_t i = p == mark.part ? mark.vertex : 0; i < vertices.size(); ++i) {
             VertexRecord &v = vertices[i];
-            Vector3 position = load(v.position);
-            Vector3 normal = load(v.normal);
+            Vector3 position = vertexVector(v.position);
+            Vector3 normal = vertexVector(v.normal);
             TransformPoint(position, matrix);
             TransformDirection(normal, matrix);
-            store(v.position, position);
-            store(v.normal, normalized(normal, Vector3(0, 0, 1)));
+            setVertexVector(v.position, position);
+            setVertexVector(v.normal, normalized(normal, Vector3(0, 0, 1)));
         }
-    }
-}
-
-void MeshBuilder::computeTangents(std::vector<VertexRecord> &vertices,
-                                  const std::vector<quint32> &indices)
-{
-    // Per triangle, the tangent is the direction in which u grows and the bitangent the one in
-    // which v grows; each vertex sums them over its triangles, then keeps the tangent's part
-    // that is perpendicular to its normal.
-    std::vector<Vector3> tangents(vertices.size()), bitangents(vertices.size());
-    const auto position = [&vertices](quint32 i) { return load(vertices[i].position); };
-    for (std::size_t t = 0; t + 2 < indices.size(); t += 3) {
-        const quint32 i0 = indices[t], i1 = indices[t + 1], i2 = indices[t + 2];
-        const Vector3 e1 = subtract(position(i1), position(i0));
-        const Vector3 e2 = subtract(position(i2), position(i0));
-        const float *uv0 = vertices[i0].texCoord, *uv1 = vertices[i1].texCoord,
-                    *uv2 = vertices[i2].texCoord;
-        const float du1 = uv1[0] - uv0[0], dv1 = uv1[1] - uv0[1];
-        const float du2 = uv2[0] - uv0[0], dv2 = uv2[1] - uv0[1];
-        const float determinant = du1 * dv2 - du2 * dv1;
-        if (std::abs(determinant) < 1e-12f)
-            continue;
-        const Vector3 zero;
-        const Vector3 tangent = normalized(subtract(scale(e1, dv2), scale(e2, dv1)), zero);
-        const Vector3 bitangent = normalized(subtract(scale(e2, du1), scale(e1, du2)), zero);
-        const float sign = determinant > 0.f ? 1.f : -1.f;
-        for (const quint32 i : {i0, i1, i2}) {
-            tangents[i] = add(tangents[i], scale(tangent, sign));
-            bitangents[i] = add(bitangents[i], scale(bitangent, sign));
-        }
-    }
-    for (std::size_t i = 0; i < vertices.size(); ++i) {
-        VertexRecord &v = vertices[i];
-        const Vector3 normal = load(v.normal);
-        Vector3 tangent = subtract(tangents[i], scale(normal, dot(normal, tangents[i])));
-        // A vertex without usable texture directions still needs a valid frame.
-        const Vector3 axis = std::abs(normal.x) < 0.9f ? Vector3(1, 0, 0) : Vector3(0, 1, 0);
-        tangent = normalized(tangent, normalized(cross(axis, normal), Vector3(1, 0, 0)));
-        const Vector3 side = cross(normal, tangent);
-        const float handedness = dot(side, bitangents[i]) < 0.f ? -1.f : 1.f;
-        store(v.tangent, tangent);
-        v.tangent[3] = handedness;
-        store(v.bitangent, scale(side, handedness));
     }
 }
 
@@ -558,65 +332,12 @@ MeshPtr MeshBuilder::build()
     for (Part &part : m_parts) {
         if (part.vertices.empty())
             continue;
-        computeTangents(part.vertices, part.indices);
+        computeTangentFrames(part.vertices, part.indices);
         parts.push_back(
             std::make_unique<MeshPart>(std::move(part.vertices), std::move(part.indices)));
     }
     m_parts.clear();
     return std::make_shared<const Mesh>(std::move(parts));
-}
-
-MeshBuilder::Outline MeshBuilder::roundedRectangle(
-    float xMin, float zMin, float xMax, float zMax, const CornerRadii &radii, int segmentsPerCorner)
-{
-    const float limit = 0.5f * std::min(xMax - xMin, zMax - zMin);
-    segmentsPerCorner = std::max(segmentsPerCorner, 1);
-    struct Corner
-    {
-        float x, z; // the sharp corner
-        float radius;
-        float dx, dz; // from the corner towards the arc's centre, per unit of radius
-        double start; // degrees
-    };
-    const Corner corners[4] = {
-        {xMin, zMin, radii.bottomLeft, 1.f, 1.f, 180.},
-        {xMax, zMin, radii.bottomRight, -1.f, 1.f, 270.},
-        {xMax, zMax, radii.topRight, -1.f, -1.f, 0.},
-        {xMin, zMax, radii.topLeft, 1.f, -1.f, 90.},
-    };
-    Outline outline;
-    for (const Corner &c : corners) {
-        const float r = qBound(0.f, c.radius, limit);
-        if (r <= 0.f) {
-            outline.push_back({c.x, c.z});
-            continue;
-        }
-        const double cx = c.x + c.dx * r, cz = c.z + c.dz * r;
-        for (int k = 0; k <= segmentsPerCorner; ++k) {
-            // Double precision makes the arc's ends land exactly on the rectangle's sides.
-            const double a = (c.start + 90. * k / segmentsPerCorner) * Pi / 180.;
-            outline.push_back({float(cx + r * std::cos(a)), float(cz + r * std::sin(a))});
-        }
-    }
-    return outline;
-}
-
-MeshBuilder::Outline MeshBuilder::rectangle(float xMin, float zMin, float xMax, float zMax)
-{
-    return roundedRectangle(xMin, zMin, xMax, zMax, CornerRadii{}, 1);
-}
-
-MeshBuilder::Outline MeshBuilder::circle(float centreX, float centreZ, float radius, int segments)
-{
-    segments = std::max(segments, 3);
-    Outline outline;
-    outline.reserve(std::size_t(segments));
-    for (int k = 0; k < segments; ++k) {
-        const double a = 2. * Pi * k / segments;
-        outline.push_back(
-            {float(centreX + radius * std::cos(a)), float(centreZ + radius * std::sin(a))});
-    }
-    return outline;
 }
 
 Matrix MeshBuilder::hingeRotation(float x, float y, float degrees)

@@ -5,6 +5,7 @@
 #include "host/hostexport.h"
 #include "host/types.h"
 #include "hostapp/core/scene/mesh.h"
+#include "hostapp/core/scene/outline.h"
 
 #include <QtGlobal>
 
@@ -27,22 +28,10 @@ namespace vantrel::host {
 class VANTREL_HOST_EXPORT MeshBuilder
 {
 public:
-    // A point of an outline in the xz-plane, in centimetres.
-    struct OutlinePoint
-    {
-        float x = 0.f;
-        float z = 0.f;
-    };
-    using Outline = std::vector<OutlinePoint>;
-
-    // Corner radii of a rounded rectangle, in centimetres; 0 gives a sharp corner.
-    struct CornerRadii
-    {
-        float bottomLeft = 0.f;
-        float bottomRight = 0.f;
-        float topRight = 0.f;
-        float topLeft = 0.f;
-    };
+    // The outlines that addPrism and its kin extrude (outline.h).
+    using OutlinePoint = host::OutlinePoint;
+    using Outline = host::Outline;
+    using CornerRadii = host::CornerRadii;
 
     // A position in the stream of added vertices, for transformSince().
     struct Mark
@@ -101,27 +90,10 @@ public:
     // The mesh of everything added so far. The builder is empty afterwards.
     MeshPtr build();
 
-    // Outlines for addPrism. All run counter-clockwise in the xz-plane. Radii larger than
-    // half the shorter side are reduced to it.
-    static Outline roundedRectangle(float xMin,
-                                    float zMin,
-                                    float xMax,
-                                    float zMax,
-                                    const CornerRadii &radii,
-                                    int segmentsPerCorner);
-    static Outline rectangle(float xMin, float zMin, float xMax, float zMax);
-    static Outline circle(float centreX, float centreZ, float radius, int segments);
-
     // The rigid transform that turns points about the vertical line through (x, y) by the angle
     // in degrees; a positive angle swings +x towards -y, the way a front cover opens towards the
     // viewer.
     static Matrix hingeRotation(float x, float y, float degrees);
-
-    // Fills the tangent frame of every vertex from the normals and texture coordinates of the
-    // triangles around it: the tangent points where u grows, the bitangent where v grows.
-    // Vertices without usable texture directions get some frame perpendicular to their normal.
-    static void computeTangents(std::vector<VertexRecord> &vertices,
-                                const std::vector<quint32> &indices);
 
 private:
     struct Part

@@ -48,8 +48,10 @@ QStringList ShapeGenerator::parameterNames() const
 {
     QStringList names;
     const QMetaObject *meta = metaObject();
-    for (int i = ShapeGenerator::staticMetaObject.propertyCount(); i < meta->propertyCount(); ++i)
-        names.append(QString::fromLatin1(meta->property(i).name()));
+    for (int i = ShapeGenerator::staticMetaObject.propertyCount(); i < meta->propertyCount(); ++i) {
+        if (meta->property(i).isStored(this))
+            names.append(QString::fromLatin1(meta->property(i).name()));
+    }
     return names;
 }
 
@@ -59,7 +61,8 @@ QVariantMap ShapeGenerator::parameters() const
     const QMetaObject *meta = metaObject();
     for (int i = ShapeGenerator::staticMetaObject.propertyCount(); i < meta->propertyCount(); ++i) {
         const QMetaProperty property = meta->property(i);
-        result.insert(QString::fromLatin1(property.name()), property.read(this));
+        if (property.isStored(this))
+            result.insert(QString::fromLatin1(property.name()), property.read(this));
     }
     return result;
 }

@@ -25,6 +25,7 @@ class ChangeRecorder;
 // Generator classes declare each parameter as a Q_PROPERTY whose READ accessor returns
 // value("name") and whose WRITE accessor limits the value and passes it to setValue("name", v).
 // So QObject::setProperty, scripts, scene files and the tools all go through the same limits.
+// A property whose STORED says false for this generator is none of its parameters.
 // A parameter write is recorded in the owning document's undo history, and the mesh is rebuilt
 // (lazily, on the next mesh() call) for this generator only: clones keep sharing the old one.
 class VANTREL_HOST_EXPORT ShapeGenerator : public QObject, public ISerializable

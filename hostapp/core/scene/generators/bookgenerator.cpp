@@ -15,7 +15,7 @@ namespace {
 struct BookStyle
 {
     const char *typeId;
-    FlatShapeGenerator::Size defaults;
+    SizedShapeGenerator::Size defaults;
     float board;    // cover thickness, centimetres
     float overhang; // of the covers past the page block, centimetres
 };
@@ -29,13 +29,13 @@ const BookStyle s_styles[] = {
 } // namespace
 
 BookGenerator::BookGenerator(const char *typeId)
-    : FlatShapeGenerator(typeId, styleFor(s_styles, typeId).defaults)
+    : SizedShapeGenerator(typeId, DepthName::Thickness, styleFor(s_styles, typeId).defaults)
 {}
 
 MeshPtr BookGenerator::build() const
 {
     const BookStyle &style = styleFor(s_styles, GetTypeId());
-    const float w = width(), h = height(), t = thickness();
+    const float w = width(), h = height(), t = depth();
     // Boards never take more than half the thickness, nor the overhang a tenth of the page.
     const float board = std::min(style.board, 0.25f * t);
     const float overhang = std::min({style.overhang, 0.1f * w, 0.1f * h});

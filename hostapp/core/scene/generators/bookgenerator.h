@@ -3,7 +3,7 @@
 #pragma once
 
 #include "host/hostexport.h"
-#include "hostapp/core/scene/generators/flatshapegenerator.h"
+#include "hostapp/core/scene/generators/sizedshapegenerator.h"
 
 namespace vantrel::host {
 
@@ -14,7 +14,7 @@ namespace vantrel::host {
 //   bottom and fore-edge.
 // - "generator.Book.Magazine": a thin saddle-stitched magazine; the cover is a sheet of card
 //   folded round the pages, trimmed flush with them.
-class VANTREL_HOST_EXPORT BookGenerator : public FlatShapeGenerator
+class VANTREL_HOST_EXPORT BookGenerator : public SizedShapeGenerator
 {
     Q_OBJECT
 

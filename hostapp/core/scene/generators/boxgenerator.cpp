@@ -7,7 +7,7 @@
 namespace vantrel::host {
 
 BoxGenerator::BoxGenerator(const char *typeId)
-    : CartonGenerator(typeId, {20.f, 30.f, 10.f})
+    : SizedShapeGenerator(typeId, DepthName::Depth, {20.f, 30.f, 10.f})
 {}
 
 MeshPtr BoxGenerator::build() const

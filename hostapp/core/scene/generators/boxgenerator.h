@@ -3,13 +3,13 @@
 #pragma once
 
 #include "host/hostexport.h"
-#include "hostapp/core/scene/generators/cartongenerator.h"
+#include "hostapp/core/scene/generators/sizedshapegenerator.h"
 
 namespace vantrel::host {
 
 // A closed carton: a plain box standing on the floor, one part per panel (front, back, left,
 // right, top, bottom) so that each panel carries its own artwork.
-class VANTREL_HOST_EXPORT BoxGenerator : public CartonGenerator
+class VANTREL_HOST_EXPORT BoxGenerator : public SizedShapeGenerator
 {
     Q_OBJECT
 

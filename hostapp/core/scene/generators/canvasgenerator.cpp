@@ -9,7 +9,7 @@
 namespace vantrel::host {
 
 CanvasGenerator::CanvasGenerator(const char *typeId)
-    : CartonGenerator(typeId, {40.f, 30.f, 2.f})
+    : SizedShapeGenerator(typeId, DepthName::Depth, {40.f, 30.f, 2.f})
 {}
 
 MeshPtr CanvasGenerator::build() const
@@ -23,8 +23,8 @@ MeshPtr CanvasGenerator::build() const
     builder.beginPart();
     builder.addBox(Vector3(-w / 2, -d / 2, 0.f), Vector3(w / 2, -d / 2 + sheet, h));
     builder.beginPart();
-    builder.addPrismWithHole(MeshBuilder::rectangle(-w / 2, 0.f, w / 2, h),
-                             MeshBuilder::rectangle(-w / 2 + bar, bar, w / 2 - bar, h - bar),
+    builder.addPrismWithHole(rectangleOutline(-w / 2, 0.f, w / 2, h),
+                             rectangleOutline(-w / 2 + bar, bar, w / 2 - bar, h - bar),
                              -d / 2 + sheet,
                              d / 2);
     return builder.build();

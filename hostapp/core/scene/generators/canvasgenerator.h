@@ -3,14 +3,14 @@
 #pragma once
 
 #include "host/hostexport.h"
-#include "hostapp/core/scene/generators/cartongenerator.h"
+#include "hostapp/core/scene/generators/sizedshapegenerator.h"
 
 namespace vantrel::host {
 
 // A stretched canvas hanging or standing upright, print facing -y: the canvas sheet (first part)
 // over a wooden stretcher frame whose open back shows the bars (second part). depth is that of
 // sheet and frame together.
-class VANTREL_HOST_EXPORT CanvasGenerator : public CartonGenerator
+class VANTREL_HOST_EXPORT CanvasGenerator : public SizedShapeGenerator
 {
     Q_OBJECT
 

@@ -15,7 +15,7 @@ namespace {
 struct DeviceStyle
 {
     const char *typeId;
-    FlatShapeGenerator::Size defaults;
+    SizedShapeGenerator::Size defaults;
     float cornerRadius;              // default, centimetres
     float screenWidth, screenHeight; // visible screen on the default size
 };
@@ -51,7 +51,7 @@ float screenScale(float a, float c, float halfWidth, float halfHeight, float r)
 } // namespace
 
 DeviceGenerator::DeviceGenerator(const char *typeId)
-    : FlatShapeGenerator(typeId, styleFor(s_styles, typeId).defaults)
+    : SizedShapeGenerator(typeId, DepthName::Thickness, styleFor(s_styles, typeId).defaults)
 {
     initValue("cornerRadius", styleFor(s_styles, typeId).cornerRadius);
 }
@@ -64,7 +64,7 @@ void DeviceGenerator::setCornerRadius(float cornerRadius)
 MeshPtr DeviceGenerator::build() const
 {
     const DeviceStyle &style = styleFor(s_styles, GetTypeId());
-    const float w = width(), h = height(), t = thickness();
+    const float w = width(), h = height(), t = depth();
     const float r = std::min(cornerRadius(), 0.5f * std::min(w, h));
     // The cover glass sits half a millimetre below the bezel (less on a wafer-thin slab).
     const float recess = std::min(0.05f, 0.1f * t);
@@ -76,7 +76,7 @@ MeshPtr DeviceGenerator::build() const
     screenHalfHeight *= k;
 
     const MeshBuilder::Outline front = frontOutline(MeshBuilder::CornerRadii{r, r, r, r}, 8);
-    const MeshBuilder::Outline screen = MeshBuilder::rectangle(
+    const MeshBuilder::Outline screen = rectangleOutline(
         -screenHalfWidth, h / 2 - screenHalfHeight, screenHalfWidth, h / 2 + screenHalfHeight);
     MeshBuilder builder;
     builder.beginPart(); // body: the bezel round the screen opening, then the rest of the slab

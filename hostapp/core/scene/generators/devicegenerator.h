@@ -3,7 +3,7 @@
 #pragma once
 
 #include "host/hostexport.h"
-#include "hostapp/core/scene/generators/flatshapegenerator.h"
+#include "hostapp/core/scene/generators/sizedshapegenerator.h"
 
 namespace vantrel::host {
 
@@ -12,7 +12,7 @@ namespace vantrel::host {
 // real device's proportion of the front and shrinks where large corners would cut into it.
 // cornerRadius is limited to 0..MaximumLength (lengthlimits.h), and in the mesh to half the
 // shorter side.
-class VANTREL_HOST_EXPORT DeviceGenerator : public FlatShapeGenerator
+class VANTREL_HOST_EXPORT DeviceGenerator : public SizedShapeGenerator
 {
     Q_OBJECT
     Q_PROPERTY(float cornerRadius READ cornerRadius WRITE setCornerRadius) // seen from the front

@@ -12,7 +12,7 @@ namespace {
 struct CaseStyle
 {
     const char *typeId;
-    FlatShapeGenerator::Size defaults;
+    SizedShapeGenerator::Size defaults;
     float coverShare;   // the cover's share of the closed thickness
     float cornerRadius; // of the case seen from the front, centimetres
 };
@@ -28,7 +28,7 @@ const CaseStyle s_styles[] = {
 } // namespace
 
 DiscCaseGenerator::DiscCaseGenerator(const char *typeId)
-    : FlatShapeGenerator(typeId, styleFor(s_styles, typeId).defaults)
+    : SizedShapeGenerator(typeId, DepthName::Thickness, styleFor(s_styles, typeId).defaults)
 {
     initValue("coverAngle", 0.f);
 }
@@ -41,7 +41,7 @@ void DiscCaseGenerator::setCoverAngle(float coverAngle)
 MeshPtr DiscCaseGenerator::build() const
 {
     const CaseStyle &style = styleFor(s_styles, GetTypeId());
-    const float w = width(), t = thickness();
+    const float w = width(), t = depth();
     const float cover = style.coverShare * t;
     const float r = style.cornerRadius; // the outline keeps it within small cases
     const MeshBuilder::Outline front = frontOutline(MeshBuilder::CornerRadii{r, r, r, r}, 6);

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "host/hostexport.h"
-#include "hostapp/core/scene/generators/flatshapegenerator.h"
+#include "hostapp/core/scene/generators/sizedshapegenerator.h"
 
 namespace vantrel::host {
 
@@ -15,7 +15,7 @@ namespace vantrel::host {
 // - "generator.DiscBox.SlimCD": a slim jewel case;
 // - "generator.DiscBox.DigipakDVD" and "generator.DiscBox.DigipakCD": a card front panel over a
 //   tray block, square cut.
-class VANTREL_HOST_EXPORT DiscCaseGenerator : public FlatShapeGenerator
+class VANTREL_HOST_EXPORT DiscCaseGenerator : public SizedShapeGenerator
 {
     Q_OBJECT
     // How far the cover is open, in degrees, 0 (closed) to 180 (lying open beside the case).

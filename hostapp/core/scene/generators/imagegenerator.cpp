@@ -8,7 +8,7 @@ namespace vantrel::host {
 
 // A 20 x 15 cm photo print on half a millimetre of card.
 ImageGenerator::ImageGenerator(const char *typeId)
-    : FlatShapeGenerator(typeId, {20.f, 15.f, 0.05f})
+    : SizedShapeGenerator(typeId, DepthName::Thickness, {20.f, 15.f, 0.05f})
 {
     initValue("bend", 0.f);
 }
@@ -21,7 +21,7 @@ void ImageGenerator::setBend(float bend)
 MeshPtr ImageGenerator::build() const
 {
     MeshBuilder builder;
-    builder.addCurvedSheet(width(), height(), thickness(), bend());
+    builder.addCurvedSheet(width(), height(), depth(), bend());
     return builder.build();
 }
 

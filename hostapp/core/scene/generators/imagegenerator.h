@@ -3,7 +3,7 @@
 #pragma once
 
 #include "host/hostexport.h"
-#include "hostapp/core/scene/generators/flatshapegenerator.h"
+#include "hostapp/core/scene/generators/sizedshapegenerator.h"
 
 namespace vantrel::host {
 
@@ -12,7 +12,7 @@ namespace vantrel::host {
 // length, along x only while the sheet is flat; thickness is centred on y = 0 while flat.
 // bend is limited to -180..180 degrees, and in the mesh to width / thickness radians so that it
 // cannot fold.
-class VANTREL_HOST_EXPORT ImageGenerator : public FlatShapeGenerator
+class VANTREL_HOST_EXPORT ImageGenerator : public SizedShapeGenerator
 {
     Q_OBJECT
     // The total arc of the sheet in degrees; 0 is flat, positive curls the side edges back (+y).

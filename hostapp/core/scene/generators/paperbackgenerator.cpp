@@ -13,7 +13,7 @@ namespace {
 struct PaperbackStyle
 {
     const char *typeId;
-    FlatShapeGenerator::Size defaults;
+    SizedShapeGenerator::Size defaults;
     float coverHeight; // of the front cover, as a fraction of the height
 };
 
@@ -29,7 +29,7 @@ const float s_coverAngles[] = {0.f, 30.f, 180.f};
 } // namespace
 
 PaperbackGenerator::PaperbackGenerator(const char *typeId)
-    : FlatShapeGenerator(typeId, styleFor(s_styles, typeId).defaults)
+    : SizedShapeGenerator(typeId, DepthName::Thickness, styleFor(s_styles, typeId).defaults)
 {
     initValue("type", 0);
 }
@@ -42,7 +42,7 @@ void PaperbackGenerator::setType(int type)
 MeshPtr PaperbackGenerator::build() const
 {
     const PaperbackStyle &style = styleFor(s_styles, GetTypeId());
-    const float w = width(), h = height(), t = thickness();
+    const float w = width(), h = height(), t = depth();
     const float cover = softCoverCard(w, t);
 
     MeshBuilder builder;

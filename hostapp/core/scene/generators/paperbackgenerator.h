@@ -3,7 +3,7 @@
 #pragma once
 
 #include "host/hostexport.h"
-#include "hostapp/core/scene/generators/flatshapegenerator.h"
+#include "hostapp/core/scene/generators/sizedshapegenerator.h"
 
 namespace vantrel::host {
 
@@ -13,7 +13,7 @@ namespace vantrel::host {
 // - "generator.Book.Paperback": covers trimmed flush with the pages.
 // - "generator.Book.Stepback": the front cover is 5 % shorter than the page block, so the top of
 //   the first page (the step-back art) shows above it.
-class VANTREL_HOST_EXPORT PaperbackGenerator : public FlatShapeGenerator
+class VANTREL_HOST_EXPORT PaperbackGenerator : public SizedShapeGenerator
 {
     Q_OBJECT
     // The front cover: 0 closed, 1 opened 30 degrees, 2 folded fully open (180 degrees).

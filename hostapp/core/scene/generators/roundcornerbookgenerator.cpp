@@ -10,7 +10,7 @@ namespace vantrel::host {
 
 // A trade paperback (12.9 x 19.8 cm) with 6 mm corners.
 RoundCornerBookGenerator::RoundCornerBookGenerator(const char *typeId)
-    : FlatShapeGenerator(typeId, {12.9f, 19.8f, 2.5f})
+    : SizedShapeGenerator(typeId, DepthName::Thickness, {12.9f, 19.8f, 2.5f})
 {
     initValue("cornerRadius", 0.6f);
 }
@@ -22,7 +22,7 @@ void RoundCornerBookGenerator::setCornerRadius(float cornerRadius)
 
 MeshPtr RoundCornerBookGenerator::build() const
 {
-    const float w = width(), h = height(), t = thickness();
+    const float w = width(), h = height(), t = depth();
     const float cover = softCoverCard(w, t);
     MeshBuilder::CornerRadii radii;
     radii.bottomRight = radii.topRight = cornerRadius(); // the fore-edge is at +x
@@ -37,7 +37,7 @@ MeshPtr RoundCornerBookGenerator::build() const
     builder.beginPart(); // spine
     builder.addBox(Vector3(-w / 2, -t / 2 + cover, 0.f), Vector3(-w / 2 + cover, t / 2 - cover, h));
     builder.beginPart(); // page block, cut together with the covers
-    builder.addPrism(MeshBuilder::roundedRectangle(-w / 2 + cover, 0.f, w / 2, h, radii, segments),
+    builder.addPrism(roundedRectangleOutline(-w / 2 + cover, 0.f, w / 2, h, radii, segments),
                      -t / 2 + cover,
                      t / 2 - cover);
     return builder.build();

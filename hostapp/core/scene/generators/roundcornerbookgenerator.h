@@ -3,7 +3,7 @@
 #pragma once
 
 #include "host/hostexport.h"
-#include "hostapp/core/scene/generators/flatshapegenerator.h"
+#include "hostapp/core/scene/generators/sizedshapegenerator.h"
 
 namespace vantrel::host {
 
@@ -12,7 +12,7 @@ namespace vantrel::host {
 // front cover facing -y. Parts: front cover, back cover, spine, page block.
 // cornerRadius is limited to 0..MaximumLength (lengthlimits.h), and in the mesh to half the
 // shorter side.
-class VANTREL_HOST_EXPORT RoundCornerBookGenerator : public FlatShapeGenerator
+class VANTREL_HOST_EXPORT RoundCornerBookGenerator : public SizedShapeGenerator
 {
     Q_OBJECT
     Q_PROPERTY(float cornerRadius READ cornerRadius WRITE setCornerRadius) // of the fore-edge

@@ -10,7 +10,7 @@ namespace vantrel::host {
 
 // A gift-size slide box: a little larger than a phone.
 SlidingBoxGenerator::SlidingBoxGenerator(const char *typeId)
-    : CartonGenerator(typeId, {16.f, 4.f, 10.f})
+    : SizedShapeGenerator(typeId, DepthName::Depth, {16.f, 4.f, 10.f})
 {
     initValue("slide", 0.f);
 }

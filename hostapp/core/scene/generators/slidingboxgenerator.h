@@ -3,13 +3,13 @@
 #pragma once
 
 #include "host/hostexport.h"
-#include "hostapp/core/scene/generators/cartongenerator.h"
+#include "hostapp/core/scene/generators/sizedshapegenerator.h"
 
 namespace vantrel::host {
 
 // A slide box, like a matchbox: a sleeve open at both ends (first part) and an open-topped drawer
 // tray inside it (second part) that can be pulled out along +x. slide is limited to 0..1.
-class VANTREL_HOST_EXPORT SlidingBoxGenerator : public CartonGenerator
+class VANTREL_HOST_EXPORT SlidingBoxGenerator : public SizedShapeGenerator
 {
     Q_OBJECT
     // How far the tray is pulled out, as a fraction of the width: 0 closed, 1 clear of the sleeve.

@@ -6,19 +6,20 @@
 set(VANTREL_GENERATOR_SOURCES
     scene/generatorregistry.cpp scene/generatorregistry.h
     scene/meshbuilder.cpp scene/meshbuilder.h
+    scene/outline.cpp scene/outline.h
+    scene/vertexframes.cpp scene/vertexframes.h
     scene/generators/bookgenerator.cpp scene/generators/bookgenerator.h
     scene/generators/boxgenerator.cpp scene/generators/boxgenerator.h
     scene/generators/canvasgenerator.cpp scene/generators/canvasgenerator.h
-    scene/generators/cartongenerator.cpp scene/generators/cartongenerator.h
     scene/generators/devicegenerator.cpp scene/generators/devicegenerator.h
     scene/generators/disccasegenerator.cpp scene/generators/disccasegenerator.h
     scene/generators/discgenerator.cpp scene/generators/discgenerator.h
     scene/generators/externalmodelgenerator.cpp scene/generators/externalmodelgenerator.h
-    scene/generators/flatshapegenerator.cpp scene/generators/flatshapegenerator.h
     scene/generators/imagegenerator.cpp scene/generators/imagegenerator.h
     scene/generators/lengthlimits.h
     scene/generators/paperbackgenerator.cpp scene/generators/paperbackgenerator.h
     scene/generators/roundcornerbookgenerator.cpp scene/generators/roundcornerbookgenerator.h
+    scene/generators/sizedshapegenerator.cpp scene/generators/sizedshapegenerator.h
     scene/generators/slidingboxgenerator.cpp scene/generators/slidingboxgenerator.h
     scene/generators/softcovercard.h
     scene/generators/styletable.h

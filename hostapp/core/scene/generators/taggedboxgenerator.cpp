@@ -11,7 +11,7 @@ namespace vantrel::host {
 
 // The size of a boxed accessory on a peg hook.
 TaggedBoxGenerator::TaggedBoxGenerator(const char *typeId)
-    : CartonGenerator(typeId, {12.f, 18.f, 4.f})
+    : SizedShapeGenerator(typeId, DepthName::Depth, {12.f, 18.f, 4.f})
 {
     initValue("tagHeight", 4.f);
 }
@@ -37,8 +37,8 @@ MeshPtr TaggedBoxGenerator::build() const
     MeshBuilder::CornerRadii radii;
     radii.topLeft = radii.topRight = rounding;
     builder.addPrismWithHole(
-        MeshBuilder::roundedRectangle(-tabWidth / 2, h, tabWidth / 2, h + tag, radii, 6),
-        MeshBuilder::circle(0.f, h + 0.55f * tag, 0.2f * smaller, 32),
+        roundedRectangleOutline(-tabWidth / 2, h, tabWidth / 2, h + tag, radii, 6),
+        circleOutline(0.f, h + 0.55f * tag, 0.2f * smaller, 32),
         d / 2 - card,
         d / 2);
     return builder.build();

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "host/hostexport.h"
-#include "hostapp/core/scene/generators/cartongenerator.h"
+#include "hostapp/core/scene/generators/sizedshapegenerator.h"
 
 namespace vantrel::host {
 
@@ -11,7 +11,7 @@ namespace vantrel::host {
 // standing on the lid flush with the back panel, a card tab with rounded top corners and a round
 // hang hole (the seventh part). The tab is half as wide as the box. height is the carton's,
 // without the tab; tagHeight is limited to MinimumLength..MaximumLength (lengthlimits.h).
-class VANTREL_HOST_EXPORT TaggedBoxGenerator : public CartonGenerator
+class VANTREL_HOST_EXPORT TaggedBoxGenerator : public SizedShapeGenerator
 {
     Q_OBJECT
     Q_PROPERTY(float tagHeight READ tagHeight WRITE setTagHeight) // of the tab above the lid
