@@ -172,13 +172,14 @@ TEST_F(StackTest, TheLayoutStacksScaledBoxesOnTheFloorWithStepsAndDisorder)
         const QByteArray before = dump(document());
         {
             StackBuilder builder({a, b}, &document(), 2, true);
-            builder.seed = seed;
-            builder.offsetX = offsetX;
-            builder.offsetY = offsetY;
-            builder.offsetDisorder = offsetDisorder;
-            builder.twistStep = twistStep;
-            builder.twistDisorder = twistDisorder;
-            builder.Layout();
+            StackLayout layout;
+            layout.seed = seed;
+            layout.offsetX = offsetX;
+            layout.offsetY = offsetY;
+            layout.offsetDisorder = offsetDisorder;
+            layout.twistStep = twistStep;
+            layout.twistDisorder = twistDisorder;
+            builder.Layout(layout);
             const std::vector<INode *> &nodes = builder.stackNodes();
             ASSERT_EQ(nodes.size(), 4u);
             EXPECT_TRUE(
@@ -202,7 +203,7 @@ TEST_F(StackTest, TheLayoutStacksScaledBoxesOnTheFloorWithStepsAndDisorder)
                 twist += twistStep;
             }
             const QByteArray laidOut = dump(document());
-            builder.Layout();
+            builder.Layout(layout);
             EXPECT_EQ(dump(document()), laidOut) << "a layout writes absolute values";
         }
         EXPECT_EQ(dump(document()), before) << "not committed: everything taken back";
@@ -480,11 +481,12 @@ TEST_F(StackTest, TheScriptFunctionChecksEverythingBeforeBuilding)
                                                     QStringLiteral("Two"));
         std::vector<INode *> nodes = session.document().GetRootNode()->GetChildren();
         StackBuilder builder(nodes, &session.document(), 3, false);
-        builder.seed = 7;
-        builder.twistDisorder = 1;
-        builder.offsetDisorder = 0.5f;
-        builder.Layout();
-        builder.committed = true;
+        StackLayout layout;
+        layout.seed = 7;
+        layout.twistDisorder = 1;
+        layout.offsetDisorder = 0.5f;
+        builder.Layout(layout);
+        builder.setCommitted(true);
         result = dump(session.document());
     }
     EXPECT_EQ(stacks[0], stacks[1]);

@@ -490,7 +490,7 @@ TEST_F(StepAndRepeatTest, TheSettingsTableMatchesTheObjectThePanelAndTheScriptin
     const int first = meta.propertyOffset();
     ASSERT_EQ(meta.propertyCount() - first, int(std::size(StepAndRepeatSettings)));
     for (std::size_t i = 0; i < std::size(StepAndRepeatSettings); ++i) {
-        const StepAndRepeatSetting &s = StepAndRepeatSettings[i];
+        const ToolSetting &s = StepAndRepeatSettings[i];
         const QMetaProperty property = meta.property(first + int(i));
         EXPECT_STREQ(property.name(), s.property) << "declared in table order";
         EXPECT_EQ(property.userType(),
