@@ -8,7 +8,7 @@
 #include "hostapp/core/document/document.h"
 #include "hostapp/core/document/documentcontext.h"
 #include "hostapp/core/scene/meshnode.h"
-#include "plugin/putonthefloor.h"
+#include "tools/putonthefloor/putonthefloor.h"
 
 #include <benchmark/benchmark.h>
 

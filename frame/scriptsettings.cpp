@@ -46,6 +46,27 @@ QVariant converted(const QVariant &value, int type)
     }
 }
 
+// Calls write(property, value) for each key of the table that the dictionary has and the meta
+// object has a property for, in table order, with the value converted to the property's type.
+template<typename Write>
+void applyScriptSettings(const QMetaObject &meta,
+                         const QVariantMap &dictionary,
+                         const ScriptSetting *table,
+                         std::size_t count,
+                         Write write)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto found = dictionary.constFind(QLatin1String(table[i].key));
+        if (found == dictionary.constEnd())
+            continue;
+        const int index = meta.indexOfProperty(table[i].property);
+        if (index < 0)
+            continue; // an object lacking it is a programming error; a gadget holds it elsewhere
+        const QMetaProperty property = meta.property(index);
+        write(property, converted(*found, property.userType()));
+    }
+}
+
 } // namespace
 
 void ApplyScriptSettings(QObject &settings,
@@ -53,17 +74,27 @@ void ApplyScriptSettings(QObject &settings,
                          const ScriptSetting *table,
                          std::size_t count)
 {
-    const QMetaObject *meta = settings.metaObject();
-    for (std::size_t i = 0; i < count; ++i) {
-        const auto found = dictionary.constFind(QLatin1String(table[i].key));
-        if (found == dictionary.constEnd())
-            continue;
-        const int index = meta->indexOfProperty(table[i].property);
-        if (index < 0)
-            continue; // a table naming a property the object lacks is a programming error
-        const QMetaProperty property = meta->property(index);
-        property.write(&settings, converted(*found, property.userType()));
-    }
+    applyScriptSettings(*settings.metaObject(),
+                        dictionary,
+                        table,
+                        count,
+                        [&settings](const QMetaProperty &property, const QVariant &value) {
+                            property.write(&settings, value);
+                        });
+}
+
+void ApplyScriptSettingsToGadget(const QMetaObject &meta,
+                                 void *gadget,
+                                 const QVariantMap &dictionary,
+                                 const std::vector<ScriptSetting> &table)
+{
+    applyScriptSettings(meta,
+                        dictionary,
+                        table.data(),
+                        table.size(),
+                        [gadget](const QMetaProperty &property, const QVariant &value) {
+                            property.writeOnGadget(gadget, value);
+                        });
 }
 
 bool IsUnfitScriptNumber(const QVariant &value)

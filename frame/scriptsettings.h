@@ -36,6 +36,20 @@ void ApplyScriptSettings(QObject &settings,
     ApplyScriptSettings(settings, dictionary, table, N);
 }
 
+inline void ApplyScriptSettings(QObject &settings,
+                                const QVariantMap &dictionary,
+                                const std::vector<ScriptSetting> &table)
+{
+    ApplyScriptSettings(settings, dictionary, table.data(), table.size());
+}
+
+// The same for a Q_GADGET value of the given meta object: keys whose property the gadget does not
+// have are skipped, so a gadget may hold only some of a table's settings.
+void ApplyScriptSettingsToGadget(const QMetaObject &meta,
+                                 void *gadget,
+                                 const QVariantMap &dictionary,
+                                 const std::vector<ScriptSetting> &table);
+
 // Whether the value is a number, or text that reads as one, that does not fit in single
 // precision: NaN, an infinity, or a number beyond the largest float. Such a number would reach
 // a float setting as infinity (or NaN), which no limit can bring back; it is refused instead.
@@ -51,6 +65,12 @@ template<std::size_t N>
 std::vector<const char *> NumberKeys(const QMetaObject &settings, const ScriptSetting (&table)[N])
 {
     return NumberKeys(settings, table, N);
+}
+
+inline std::vector<const char *> NumberKeys(const QMetaObject &settings,
+                                            const std::vector<ScriptSetting> &table)
+{
+    return NumberKeys(settings, table.data(), table.size());
 }
 
 // A script value as an int the way ApplyScriptSettings converts it for an int property.

@@ -7,7 +7,8 @@
 class IApplicationContext;
 
 // The tools plug-in's object, handed to the host by qt_plugin_instance. Initialize keeps the
-// application context for the rest of the process and registers the five tools.
+// application context for the rest of the process (GetApplicationContext) and registers the five
+// tools.
 class ToolsPlugin final : public IPlugin
 {
     Q_OBJECT
@@ -22,7 +23,3 @@ public:
     // Nothing to release: the tools belong to the host and the context outlives the plug-in.
     void Uninitialize() override;
 };
-
-// The application context of the last Initialize call, for the rest of the process; null before
-// the first. Tool windows need it to build their property panels.
-IApplicationContext *GetApplicationContext();

@@ -48,7 +48,15 @@ public:
     enum SliderFlag {
         TickMarks = 0x002,    // tick marks under the slider, ten intervals
         WholeNumbers = 0x020, // the value moves in whole numbers whatever the decimals say
-        Degrees = 0x080       // the number field shows a degree sign after the value
+        Degrees = 0x080,      // the number field shows a degree sign after the value
+        // The bits below are part of the codes the tools pass as the host library defines them.
+        // This panel accepts them and ignores them; each is named after the sliders whose codes
+        // carry it, not after a meaning this panel would give it.
+        SeedStyle = 0x008,       // only in the code of the Stack window's seed slider
+        FractionStyle = 0x040,   // in the codes of every slider that shows decimals
+        GridStyle = 0x100,       // in the codes of Step and Repeat's counts and steps
+        LightAngleStyle = 0x200, // only in the code of Easy Lighting's two angles
+        OneDecimalStyle = 0x800  // in the codes of the sliders with one decimal
     };
 
     explicit PropertiesListBuilder(const QString &title);

@@ -1,5 +1,6 @@
 // Copyright (C) 2026 The vantrel-tools authors
 // SPDX-License-Identifier: MIT
+#include "frame/toolsupport.h"
 #include "host/iplugin.h"
 #include "host/pluginverification.h"
 #include "hostapp/core/document/applicationcontext.h"

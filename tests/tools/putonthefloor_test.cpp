@@ -5,9 +5,9 @@
 #include "hostapp/core/document/document.h"
 #include "hostapp/core/document/documentcontext.h"
 #include "hostapp/core/scene/meshnode.h"
-#include "plugin/putonthefloor.h"
 #include "tests/support/testsupport.h"
 #include "tools/putonthefloor/floorplacement.h"
+#include "tools/putonthefloor/putonthefloor.h"
 
 #include <gtest/gtest.h>
 

@@ -172,13 +172,14 @@ TEST_F(StackTest, TheLayoutStacksScaledBoxesOnTheFloorWithStepsAndDisorder)
         const QByteArray before = dump(document());
         {
             StackBuilder builder({a, b}, &document(), 2, true);
-            builder.seed = seed;
-            builder.offsetX = offsetX;
-            builder.offsetY = offsetY;
-            builder.offsetDisorder = offsetDisorder;
-            builder.twistStep = twistStep;
-            builder.twistDisorder = twistDisorder;
-            builder.Layout();
+            StackLayout layout;
+            layout.seed = seed;
+            layout.offsetX = offsetX;
+            layout.offsetY = offsetY;
+            layout.offsetDisorder = offsetDisorder;
+            layout.twistStep = twistStep;
+            layout.twistDisorder = twistDisorder;
+            builder.Layout(layout);
             const std::vector<INode *> &nodes = builder.stackNodes();
             ASSERT_EQ(nodes.size(), 4u);
             EXPECT_TRUE(
@@ -202,7 +203,7 @@ TEST_F(StackTest, TheLayoutStacksScaledBoxesOnTheFloorWithStepsAndDisorder)
                 twist += twistStep;
             }
             const QByteArray laidOut = dump(document());
-            builder.Layout();
+            builder.Layout(layout);
             EXPECT_EQ(dump(document()), laidOut) << "a layout writes absolute values";
         }
         EXPECT_EQ(dump(document()), before) << "not committed: everything taken back";
@@ -281,211 +282,4 @@ TEST_F(StackTest, TheToolExplainsOrOpensTheWindow)
     window->reject();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_EQ(paperback->generator()->property("type").toInt(), 2) << "Cancel restores it";
-}
-
-TEST_F(StackTest, TheWindowRebuildsReordersAndCancelsExactly)
-{
-    std::vector<INode *> shapes{
-        root()->createChildShape("generator.Book.HardCover", QStringLiteral("Atlas")),
-        root()->createChildShape("generator.DiscBox.DVD", QStringLiteral("Novel")),
-        root()->createChildShape("generator.DiscBox.DVD", QStringLiteral("Novel"))};
-    static_cast<MeshNode *>(shapes[1])->generator()->setProperty("coverAngle", 30.f);
-    document().SetSelection(shapes, Document::ReplaceSelection);
-    const QByteArray before = dump(document());
-    const int steps = document().history().undoCount();
-
-    EXPECT_EQ(
-        run(QStringLiteral(
-            "var shapes = document.selection;"
-            "document.runTool('Stack...');"
-            "var w = document.window;"
-            "function stack() { return document.findNode('Stack').children; }"
-            "var first = stack()[0], copy = stack()[3];"
-            "print(w.title, w.rows, stack().length, w.get('generationRepeatList'),"
-            "      shapes[1].params.coverAngle);"
-            "w.set('twistStep', 12); w.set('generationSeed', 5);"
-            "print(stack()[3] === copy, stack().length, stack()[1].rotation);"
-            "w.set('generationRepeatList', 3); print(stack()[3] === copy);"
-            "w.set('generationRepeatList', 2);"
-            "print(stack()[3] === copy, stack().length, w.get('twistStep'), stack()[1].rotation);"
-            "function who(n) {"
-            "  return n === shapes[0] ? 'A' : n === shapes[1] ? 'N1' : n === shapes[2] ? 'N2' : "
-            "n.name; }"
-            "w.moveRow(0, 2);"
-            "print(w.rows, stack().map(who).join(' '));"
-            "w.moveRow(2, 1);"
-            "print(w.rows, stack().map(who).join(' '), w.get('generationSeed'));"
-            "w.cancel();"
-            "print(document.findNode('Stack'))")),
-        QStringLiteral("Stacks Atlas,Novel,Novel 9 3 0\n"
-                       "true 9 90,0,12\n"
-                       "true\n"
-                       "false 6 12 90,0,12\n"
-                       "Novel,Novel,Atlas N1 N2 A Novel Novel Atlas\n"
-                       "Novel,Atlas,Novel N1 A N2 Novel Atlas Novel 5\n"
-                       "null"));
-    EXPECT_EQ(dump(document()), before) << "cancel restores the scene, cover angle included";
-    EXPECT_EQ(document().history().undoCount(), steps);
-
-    // OK keeps exactly the last preview, as one undo step.
-    EXPECT_EQ(run(QStringLiteral("document.runTool('Stack...');"
-                                 "document.window.set('offsetX', 2.5);"
-                                 "var preview = document.dump();"
-                                 "document.window.accept();"
-                                 "print(document.dump() === preview, document.selection[0].name)")),
-              QStringLiteral("true Stack"));
-    EXPECT_EQ(document().history().undoCount(), steps + 1);
-    document().undo();
-    EXPECT_EQ(dump(document()), before);
-}
-
-TEST_F(StackTest, TheWindowOutlivesScriptsThatChangeItsShapesAndKeepsItsSettingsToItself)
-{
-    INode *atlas = root()->createChildShape("generator.Book.HardCover", QStringLiteral("Atlas"));
-    INode *novel = root()->createChildShape("generator.Book.HardCover", QStringLiteral("Novel"));
-    const QString open = QStringLiteral("var a = document.findNode('Atlas'),"
-                                        "    n = document.findNode('Novel');"
-                                        "document.runTool('Stack...'); var w = document.window;"
-                                        "function count() {"
-                                        "  return document.findNode('Stack').children.length; }");
-
-    // A re-sort that finds no shape by its row's name keeps the stack; one that finds some
-    // stacks those.
-    document().SetSelection({atlas}, Document::ReplaceSelection);
-    QByteArray before = dump(document());
-    int steps = document().history().undoCount();
-    EXPECT_EQ(run(open
-                  + QStringLiteral("a.name = 'Renamed'; w.moveRow(0, 0);"
-                                   "print(w.rows, count(), a.parent.name);"
-                                   "w.set('offsetX', 2); a.remove(); w.moveRow(0, 0);"
-                                   "w.set('twistStep', 5); print(count()); w.cancel();"))
-                  .toStdString(),
-              "Atlas 3 Stack\n2");
-    EXPECT_EQ(dump(document()), before);
-    EXPECT_EQ(document().history().undoCount(), steps);
-
-    document().SetSelection({atlas, novel}, Document::ReplaceSelection);
-    before = dump(document());
-    steps = document().history().undoCount();
-    EXPECT_EQ(run(open
-                  + QStringLiteral("n.name = 'Renamed'; w.moveRow(1, 0);"
-                                   "print(w.rows, count(), n.parent === document.root);"
-                                   "w.accept();"))
-                  .toStdString(),
-              "Novel,Atlas 3 true");
-    EXPECT_EQ(document().history().undoCount(), steps + 1);
-    document().undo();
-    EXPECT_EQ(dump(document()), before);
-
-    // The window's settings are reached through its panel only, with the panel's checks.
-    EXPECT_EQ(run(open
-                  + QStringLiteral("w.offsetX = 1e39; w.twistStep = 3e38;"
-                                   "print(w.get('offsetX'), w.get('twistStep'));"
-                                   "try { w.set('offsetX', 1e39); } catch (e) { print(e.message); }"
-                                   "try { w.set('offsetX', {valueOf: function () {"
-                                   "  document.window.cancel(); return 1; }}); }"
-                                   "catch (e) { print(e.message); }"
-                                   "print(document.window)"))
-                  .toStdString(),
-              "0 0\n"
-              "The window has no setting \"offsetX\" that takes 1e+39\n"
-              "The tool window is closed\n"
-              "null");
-    EXPECT_EQ(dump(document()), before);
-}
-
-TEST_F(StackTest, TheScriptFunctionChecksEverythingBeforeBuilding)
-{
-    root()->createChildShape("generator.Boxes.Box", QStringLiteral("Box"));
-    root()->CreateChildLight(QStringLiteral("Lamp"));
-    const QByteArray before = dump(document());
-    const struct
-    {
-        const char *call;
-        const char *error;
-    } failures[] = {
-        {"tools.stack([document.findNode('Box')])", "Usage: tools.stack(nodes, params)"},
-        {"tools.stack([document.findNode('Box')], {}, 1)", "Usage: tools.stack(nodes, params)"},
-        {"tools.stack(document.findNode('Box'), {})",
-         "The first parameter has to be an array of nodes"},
-        {"tools.stack([1, 2], {})", "The first parameter has to be an array of nodes"},
-        {"tools.stack([document.findNode('Box')], [])",
-         "The second parameter has to be a dictionary"},
-        {"tools.stack([], {})", "The list of nodes is empty"},
-        {"tools.stack([document.findNode('Box'), document.findNode('Lamp')], {})",
-         "The list contains nodes that cannot be stacked"},
-        {"tools.stack([document.findNode('Lamp')], {})",
-         "The list contains nodes that cannot be stacked"},
-        {"new tools.stack([], {})", "Do not call this as a constructor"},
-        {"tools.stack([document.findNode('Box'), document.findNode('Box')], {repeats: 50001})",
-         "The stack would hold 100002 shapes; at most 100000 can be stacked"},
-        {"tools.stack([document.findNode('Box')], {repeats: 5e9})",
-         "The stack would hold 2147483647 shapes; at most 100000 can be stacked"},
-        // Nodes out of the scene, before the call or taken out by a getter while the
-        // dictionary is read.
-        {"var b = document.findNode('Box'); b.remove(); tools.stack([b], {})",
-         "The first parameter has to be an array of nodes"},
-        {"var b = document.findNode('Box'); tools.stack([b], {get seed() { b.remove(); return 2; "
-         "}})",
-         "The first parameter has to be an array of nodes"},
-        {"var b = document.root.addShape('generator.Boxes.Box', 'New'); document.undo();"
-         "tools.stack([b], {})",
-         "The first parameter has to be an array of nodes"},
-        {"tools.stack([document.findNode('Box')], {offsetX: NaN})",
-         "offsetX must be a finite number that fits in single precision"},
-        {"tools.stack([document.findNode('Box')], {offsetY: -Infinity})",
-         "offsetY must be a finite number that fits in single precision"},
-        {"tools.stack([document.findNode('Box')], {twistStep: 1e39})",
-         "twistStep must be a finite number that fits in single precision"},
-        {"tools.stack([document.findNode('Box')], {twistDisorder: '1e39'})",
-         "twistDisorder must be a finite number that fits in single precision"},
-        {"tools.stack([document.findNode('Box')], {offsetDisorder: Infinity})",
-         "offsetDisorder must be a finite number that fits in single precision"},
-        {"tools.stack([document.findNode('Box')], {seed: NaN})",
-         "seed must be a finite number that fits in single precision"},
-        {"tools.stack([document.findNode('Box')], {repeats: Infinity})",
-         "repeats must be a finite number that fits in single precision"},
-    };
-    for (const auto &failure : failures) {
-        EXPECT_EQ(run(QLatin1String(failure.call)).toStdString(),
-                  "error: test.js:1: Error: " + std::string(failure.error));
-        EXPECT_EQ(dump(document()), before) << failure.call;
-    }
-
-    EXPECT_EQ(
-        run(QStringLiteral(
-            "var r = tools.stack([document.findNode('Box')], {repeats: 1, twistStep: 15, Seed: 4});"
-            "var s = document.findNode('Stack');"
-            "print(r, s.children.length, s.children[0].rotation,"
-            "      Math.abs(s.children[0].worldBox[2]) < 1e-4)")),
-        QStringLiteral("undefined 1 90,0,0 true"));
-    const auto counts = QStringLiteral(
-        "print(document.findNodes('Stack').map(function (s) { return s.children.length; }))");
-    EXPECT_EQ(
-        run(QStringLiteral("tools.stack([document.findNode('Box')], {repeats: -4});") + counts),
-        QStringLiteral("0,1"));
-    EXPECT_EQ(
-        run(QStringLiteral("tools.stack([document.findNode('Box')], {repeats: 0});") + counts),
-        QStringLiteral("0,0,1"));
-    EXPECT_EQ(run(QStringLiteral("tools.stack([document.findNode('Box')], {});") + counts),
-              QStringLiteral("0,0,0,3"));
-
-    // Equal scenes and equal parameters give equal stacks.
-    QByteArray stacks[2];
-    for (QByteArray &result : stacks) {
-        Session session;
-        QString error;
-        session.document().root()->createChildShape("generator.Boxes.Box", QStringLiteral("One"));
-        session.document().root()->createChildShape("generator.Book.HardCover",
-                                                    QStringLiteral("Two"));
-        std::vector<INode *> nodes = session.document().GetRootNode()->GetChildren();
-        StackBuilder builder(nodes, &session.document(), 3, false);
-        builder.seed = 7;
-        builder.twistDisorder = 1;
-        builder.offsetDisorder = 0.5f;
-        builder.Layout();
-        builder.committed = true;
-        result = dump(session.document());
-    }
-    EXPECT_EQ(stacks[0], stacks[1]);
 }

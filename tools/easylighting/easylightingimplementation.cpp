@@ -8,6 +8,7 @@
 #include "host/inode.h"
 #include "host/itransformations.h"
 #include "hostapp/ui/propertieslistbuilder.h"
+#include "tools/easylighting/easylightingsettings.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,6 +18,11 @@ namespace {
 
 const QString easyLightName = QStringLiteral("EasyLight");
 constexpr float lightDistance = 100.0f;
+
+constexpr const ToolSetting &angleHSetting = FindSetting(EasyLightingSettings, "angleH");
+constexpr const ToolSetting &angleVSetting = FindSetting(EasyLightingSettings, "angleV");
+constexpr const ToolSetting &blurSetting = FindSetting(EasyLightingSettings, "blur");
+constexpr const ToolSetting &contrastSetting = FindSetting(EasyLightingSettings, "contrast");
 
 // Limits to lowest..highest: at or below the lower limit gives it, otherwise the smaller of the
 // value and the upper limit. Not a number gives the lower limit.
@@ -40,6 +46,10 @@ void normalise(T &...components)
 
 EasyLightingImplementation::EasyLightingImplementation(IDocument *document, bool openUndoGroup)
     : ToolSettings(document, openUndoGroup)
+    , m_blur(blurSetting.initial)
+    , m_angleH(angleHSetting.initial)
+    , m_angleV(angleVSetting.initial)
+    , m_contrast(contrastSetting.initial)
 {
     document->SetLightingMode(0);
     findEasyLight(document->GetRootNode());
@@ -92,9 +102,13 @@ void EasyLightingImplementation::readFromLight()
     const float ambient = document()->GetAmbientIntensity();
     const float intensity = light->GetIntensity();
     const float sum = ambient + intensity;
-    m_contrast = sum < 0.1f ? 0.3f : limited(intensity / sum, 0.0f, 1.0f);
-    m_blur = limited(
-        (light->GetShadowBlur() - m_blurMinimum) / (m_blurMaximum - m_blurMinimum), 0.0f, 1.0f);
+    // Too little light to read a share from: the contrast a new light starts with.
+    m_contrast = sum < 0.1f
+                     ? contrastSetting.initial
+                     : limited(intensity / sum, contrastSetting.minimum, contrastSetting.maximum);
+    m_blur = limited((light->GetShadowBlur() - m_blurMinimum) / (m_blurMaximum - m_blurMinimum),
+                     blurSetting.minimum,
+                     blurSetting.maximum);
 
     Vector3 p = transformations->GetPosition();
     normalise(p.x, p.y, p.z);
@@ -104,16 +118,16 @@ void EasyLightingImplementation::readFromLight()
     normalise(x, y);
     const float theta = std::acos(std::clamp(x, -1.0f, 1.0f)) * RadiansToDegrees;
     // Below the floor reads as the same height above it; +Y is a negative horizontal angle.
-    m_angleH = limited(y < 0.0f ? theta : -theta, -180.0f, 180.0f);
-    m_angleV = limited(elevation, 1.0f, 89.0f);
+    m_angleH = limited(y < 0.0f ? theta : -theta, angleHSetting.minimum, angleHSetting.maximum);
+    m_angleV = limited(elevation, angleVSetting.minimum, angleVSetting.maximum);
 
     applyToLight();
     emit changed();
 }
 
-void EasyLightingImplementation::store(float &member, float value, float lowest, float highest)
+void EasyLightingImplementation::store(float &member, float value, const ToolSetting &setting)
 {
-    value = limited(value, lowest, highest);
+    value = limited(value, setting.minimum, setting.maximum);
     if (value == member)
         return;
     member = value;
@@ -122,34 +136,27 @@ void EasyLightingImplementation::store(float &member, float value, float lowest,
 
 void EasyLightingImplementation::SetAngleH(float angle)
 {
-    store(m_angleH, angle, -180.0f, 180.0f);
+    store(m_angleH, angle, angleHSetting);
 }
 
 void EasyLightingImplementation::SetAngleV(float angle)
 {
-    store(m_angleV, angle, 1.0f, 89.0f);
+    store(m_angleV, angle, angleVSetting);
 }
 
 void EasyLightingImplementation::SetBlur(float blur)
 {
-    store(m_blur, blur, 0.0f, 1.0f);
+    store(m_blur, blur, blurSetting);
 }
 
 void EasyLightingImplementation::SetContrast(float contrast)
 {
-    store(m_contrast, contrast, 0.0f, 1.0f);
+    store(m_contrast, contrast, contrastSetting);
 }
 
 QList<QVariantMap> EasyLightingImplementation::GetPropertiesList()
 {
     PropertiesListBuilder builder(QStringLiteral("Easy Lighting"));
-    builder.AddPanel(QStringLiteral("Shadow Parameters"));
-    builder.AddSlider(
-        QStringLiteral("Horizontal angle"), QStringLiteral("angleH"), -180, 180, 2754, 1);
-    builder.AddSlider(QStringLiteral("Vertical angle"), QStringLiteral("angleV"), 1, 89, 2754, 1);
-    builder.AddLabel(
-        QString(), 0, PropertiesListBuilder::TextFirst, PropertiesListBuilder::LeftSide, QString());
-    builder.AddPercentSlider(QStringLiteral("Contrast"), QStringLiteral("contrast"), true);
-    builder.AddPercentSlider(QStringLiteral("Blur"), QStringLiteral("blur"), true);
+    AddSettingRows(builder, EasyLightingSettings);
     return builder;
 }

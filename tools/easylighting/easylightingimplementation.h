@@ -5,6 +5,7 @@
 #include "frame/toolsettings.h"
 
 class INode;
+struct ToolSetting;
 
 // Easy Lighting's settings: one light named "EasyLight" steered by four numbers. Constructing
 // the object switches the document to its scene lights, hides every other light and adopts the
@@ -30,8 +31,8 @@ public:
     float GetAngleV() const { return m_angleV; }
     float GetBlur() const { return m_blur; }
     float GetContrast() const { return m_contrast; }
-    // Each limits the value to its range; a value equal to the stored one after limiting
-    // changes nothing and leaves the light alone.
+    // Each limits the value to its range (EasyLightingSettings); a value equal to the stored one
+    // after limiting changes nothing and leaves the light alone.
     void SetAngleH(float angle);
     void SetAngleV(float angle);
     void SetBlur(float blur);
@@ -46,13 +47,14 @@ private:
     void findEasyLight(INode *node);
     void applyToLight();
     void readFromLight();
-    void store(float &member, float value, float lowest, float highest);
+    void store(float &member, float value, const ToolSetting &setting);
 
     const float m_blurMinimum = 0.1f;
     const float m_blurMaximum = 30.0f;
     INode *m_light = nullptr;
-    float m_blur = 0.5f;
-    float m_angleH = 90.0f;
-    float m_angleV = 50.0f;
-    float m_contrast = 0.3f;
+    // Start from the settings table's initial values.
+    float m_blur;
+    float m_angleH;
+    float m_angleV;
+    float m_contrast;
 };

@@ -5,19 +5,12 @@
 #include "frame/scriptcall.h"
 #include "frame/scriptsettings.h"
 #include "tools/easylighting/easylightingimplementation.h"
-
-namespace {
-const ScriptSetting keys[] = {
-    {"hangle", "angleH"},
-    {"vangle", "angleV"},
-    {"blur", "blur"},
-    {"contrast", "contrast"},
-};
-} // namespace
+#include "tools/easylighting/easylightingsettings.h"
 
 QScriptValue EasyLightingScript(QScriptContext *context, QScriptEngine *engine)
 {
     ScriptCall call(context, engine, "Usage: tools.easyLighting(params)", 1);
+    const std::vector<ScriptSetting> keys = ScriptSettings(EasyLightingSettings);
     QVariantMap params;
     if (!call.dictionary(0, "The parameter has to be a dictionary", &params)
         || !call.numbers(params, NumberKeys(EasyLightingImplementation::staticMetaObject, keys)))

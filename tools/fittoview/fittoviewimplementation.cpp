@@ -7,6 +7,7 @@
 #include "host/idocument.h"
 #include "host/inode.h"
 #include "hostapp/ui/propertieslistbuilder.h"
+#include "tools/fittoview/fittoviewsettings.h"
 #include "tools/fittoview/vertexbounds.h"
 
 #include <cfloat>
@@ -21,6 +22,9 @@ constexpr float WidestAspect = 2.39f;
 constexpr int Rounds = 4;
 constexpr int CentringSteps = 10;
 constexpr int BisectionSteps = 10;
+
+constexpr const ToolSetting &paddingSetting = FindSetting(FitToViewSettings, "padding");
+constexpr const ToolSetting &keepAspectSetting = FindSetting(FitToViewSettings, "keepAspect");
 
 Matrix projectionFor(const ICamera *camera)
 {
@@ -38,6 +42,8 @@ Matrix projectionFor(const ICamera *camera)
 
 FitToViewImplementation::FitToViewImplementation(IDocument *document)
     : ToolSettings(document, false)
+    , m_padding(paddingSetting.initial)
+    , m_keepAspect(keepAspectSetting.initial != 0.0f)
 {
     const ICamera *view = camera();
     m_savedDistance = view->GetDistance();
@@ -163,10 +169,10 @@ void FitToViewImplementation::fitDistance(const std::vector<Vector3> &vertices,
 
 void FitToViewImplementation::SetPadding(float padding)
 {
-    if (!(padding > 0.0f))
-        padding = 0.0f;
-    else if (padding > 1.0f)
-        padding = 1.0f;
+    if (!(padding > paddingSetting.minimum))
+        padding = paddingSetting.minimum;
+    else if (padding > paddingSetting.maximum)
+        padding = paddingSetting.maximum;
     if (padding == m_padding)
         return;
     m_padding = padding;
@@ -185,10 +191,6 @@ void FitToViewImplementation::SetKeepAspect(bool keepAspect)
 QList<QVariantMap> FitToViewImplementation::GetPropertiesList()
 {
     PropertiesListBuilder builder(QStringLiteral("Fit To View"));
-    builder.AddPanel(QString());
-    builder.AddPercentSlider(QStringLiteral("Padding"), QStringLiteral("padding"), true);
-    builder.AddCheckBox(QStringLiteral("Keep Aspect Ratio"),
-                        QStringLiteral("keepAspect"),
-                        PropertiesListBuilder::TextFirst);
+    AddSettingRows(builder, FitToViewSettings);
     return builder;
 }

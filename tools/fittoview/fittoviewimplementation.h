@@ -27,7 +27,8 @@ public:
 
     float GetPadding() const { return m_padding; }
     bool GetKeepAspect() const { return m_keepAspect; }
-    // Limited to 0..1. A change only rescales the distance of the last fit: no vertex pass.
+    // Limited to 0..1 (FitToViewSettings). A change only rescales the distance of the last fit: no
+    // vertex pass.
     void SetPadding(float padding);
     // A change fits again, from the camera as it is now.
     void SetKeepAspect(bool keepAspect);
@@ -50,7 +51,7 @@ private:
     float m_savedAspectRatio;
     Vector3 m_savedTarget;
     float m_fitDistanceBase = 0.0f;
-    float m_padding = 0.1f;
-    bool m_keepAspect = false;
+    float m_padding; // these two start from the settings table's initial values
+    bool m_keepAspect;
     int m_passes = 0;
 };

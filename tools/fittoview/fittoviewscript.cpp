@@ -5,17 +5,12 @@
 #include "frame/scriptcall.h"
 #include "frame/scriptsettings.h"
 #include "tools/fittoview/fittoviewimplementation.h"
-
-namespace {
-const ScriptSetting keys[] = {
-    {"padding", "padding"},
-    {"keepAspect", "keepAspect"},
-};
-} // namespace
+#include "tools/fittoview/fittoviewsettings.h"
 
 QScriptValue FitToViewScript(QScriptContext *context, QScriptEngine *engine)
 {
     ScriptCall call(context, engine, "Usage: tools.fitToView(params)", 1);
+    const std::vector<ScriptSetting> keys = ScriptSettings(FitToViewSettings);
     QVariantMap params;
     if (!call.dictionary(0, "The parameter has to be a dictionary", &params)
         || !call.numbers(params, NumberKeys(FitToViewImplementation::staticMetaObject, keys)))

@@ -66,23 +66,24 @@ StackBuilder::StackBuilder(const std::vector<INode *> &input,
             }
         }
     }
-    Layout();
+    Layout(m_layout);
     m_document->SetSelection(MakeListOfNodes(m_group), 2);
 }
 
 StackBuilder::~StackBuilder()
 {
     if (m_ownsUndoGroup) {
-        if (committed)
+        if (m_committed)
             m_document->EndUndoGroup();
         else
             m_document->CancelUndoGroup();
     }
 }
 
-void StackBuilder::Layout()
+void StackBuilder::Layout(const StackLayout &layout)
 {
-    std::srand(unsigned(seed));
+    m_layout = layout;
+    std::srand(unsigned(layout.seed));
     (void) std::rand(); // the first draw after seeding is discarded
     float sx = 0.0f, sy = 0.0f, h = 0.0f, t = 0.0f;
     for (INode *node : m_nodes) {
@@ -96,22 +97,22 @@ void StackBuilder::Layout()
         const float minY = box.min[1] * scale.y, maxY = box.max[1] * scale.y;
         const float minZ = box.min[2] * scale.z, maxZ = box.max[2] * scale.z;
 
-        const float angle = draw() * (twistDisorder * TwistAmplitude) + t;
+        const float angle = draw() * (layout.twistDisorder * TwistAmplitude) + t;
         Matrix rotation;
         MakeIdentity(rotation);
         SetRotationDegrees(rotation, LayDown, 0.0f, angle);
         // Puts the centre of the shape's box (across) on the level's axis, its top on the level.
         Vector3 c{(minX + maxX) * BoxCentre, -maxY, (minZ + maxZ) * BoxCentre};
         TransformDirection(c, rotation);
-        c.x += offsetX + (offsetDisorder * draw() * OffsetAmplitude);
-        c.y += offsetY + (offsetDisorder * draw() * OffsetAmplitude);
+        c.x += layout.offsetX + (layout.offsetDisorder * draw() * OffsetAmplitude);
+        c.y += layout.offsetY + (layout.offsetDisorder * draw() * OffsetAmplitude);
 
         transformations->SetRotation(Vector3{LayDown, 0.0f, angle}, false);
         transformations->SetPosition(Vector3{c.x + sx, c.y + sy, c.z + h}, false);
 
-        sx += offsetX;
-        sy += offsetY;
+        sx += layout.offsetX;
+        sy += layout.offsetY;
         h += maxY - minY;
-        t += twistStep;
+        t += layout.twistStep;
     }
 }

@@ -6,6 +6,8 @@
 #include "frame/scriptsettings.h"
 #include "tools/stack/stackbuilder.h"
 #include "tools/stack/stackclassification.h"
+#include "tools/stack/stacksettings.h"
+#include "tools/stack/stackwindow.h"
 
 #include <QScriptContext>
 
@@ -21,18 +23,13 @@ QScriptValue StackScript(QScriptContext *context, QScriptEngine *engine)
         call.fail("The first parameter has to be an array of nodes");
         return call.result();
     }
+    const std::vector<ScriptSetting> keys = ScriptSettings(StackSettings);
     // The dictionary is read whole before anything changes; its getters may take a node out of
-    // the scene, which the frame then refuses as it refuses such a node in the array.
+    // the scene, which the frame then refuses as it refuses such a node in the array. The
+    // window's properties are the settings' types.
     if (!call.nodes(0, "The first parameter has to be an array of nodes", &nodes)
         || !call.dictionary(1, "The second parameter has to be a dictionary", &params)
-        || !call.numbers(params,
-                         {"repeats",
-                          "seed",
-                          "twistStep",
-                          "twistDisorder",
-                          "offsetX",
-                          "offsetY",
-                          "offsetDisorder"}))
+        || !call.numbers(params, NumberKeys(StackWindow::staticMetaObject, keys)))
         return call.result();
     if (nodes.empty()) {
         call.fail("The list of nodes is empty");
@@ -42,11 +39,11 @@ QScriptValue StackScript(QScriptContext *context, QScriptEngine *engine)
         call.fail("The list contains nodes that cannot be stacked");
         return call.result();
     }
-    const QLatin1String repeatsKey("repeats");
+    const QLatin1String repeatsKey(StackRepeatSetting.key);
     // A count beyond the int range saturates, so that 5e9 is refused as too many rather than
     // wrapped round to a small or negative count.
-    const int repeats
-        = params.contains(repeatsKey) ? ScriptSettingInt(params.value(repeatsKey)) : 3;
+    const int repeats = params.contains(repeatsKey) ? ScriptSettingInt(params.value(repeatsKey))
+                                                    : int(StackRepeatSetting.initial);
     const long long shapes = (long long) nodes.size() * std::max(repeats, 1);
     if (shapes > MostStackedShapes) {
         const QByteArray message
@@ -60,27 +57,10 @@ QScriptValue StackScript(QScriptContext *context, QScriptEngine *engine)
     }
 
     StackBuilder builder(nodes, &call.document(), std::size_t(std::max(repeats, 0)), false);
-    auto apply = [&params](const char *key, auto &parameter, auto convert) {
-        const QString name = QLatin1String(key);
-        if (!params.contains(name))
-            return false;
-        parameter = convert(params.value(name));
-        return true;
-    };
-    const auto toInt = [](const QVariant &v) { return ScriptSettingInt(v); };
-    const auto toFloat = [](const QVariant &v) { return v.toFloat(); };
-    if (apply("seed", builder.seed, toInt))
-        builder.Layout();
-    if (apply("twistStep", builder.twistStep, toFloat))
-        builder.Layout();
-    if (apply("twistDisorder", builder.twistDisorder, toFloat))
-        builder.Layout();
-    if (apply("offsetX", builder.offsetX, toFloat))
-        builder.Layout();
-    if (apply("offsetY", builder.offsetY, toFloat))
-        builder.Layout();
-    if (apply("offsetDisorder", builder.offsetDisorder, toFloat))
-        builder.Layout();
-    builder.committed = true;
+    // The layout holds every setting but the repeat count, which the builder has used already.
+    StackLayout layout = builder.layout();
+    ApplyScriptSettingsToGadget(StackLayout::staticMetaObject, &layout, params, keys);
+    builder.Layout(layout);
+    builder.setCommitted(true);
     return call.result();
 }

@@ -10,6 +10,7 @@
 #include "hostapp/ui/propertieslistbuilder.h"
 #include "hostapp/ui/propertylistwidget.h"
 #include "tools/stack/stackbuilder.h"
+#include "tools/stack/stacksettings.h"
 
 #include <QDialogButtonBox>
 #include <QEvent>
@@ -19,10 +20,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-
-namespace {
-constexpr int MostRepeats = 100;
-} // namespace
+#include <optional>
 
 StackWindow::StackWindow(const std::vector<INode *> &nodes,
                          IApplicationContext &app,
@@ -99,31 +97,16 @@ StackWindow::~StackWindow()
 
 void StackWindow::rebuild(const std::vector<INode *> &nodes, int repeatCount)
 {
-    bool carryOver = false;
-    int seed = 0;
-    float parameters[5] = {};
+    std::optional<StackLayout> carriedOver;
     if (m_builder) {
-        carryOver = true;
-        seed = m_builder->seed;
-        parameters[0] = m_builder->twistStep;
-        parameters[1] = m_builder->twistDisorder;
-        parameters[2] = m_builder->offsetX;
-        parameters[3] = m_builder->offsetY;
-        parameters[4] = m_builder->offsetDisorder;
+        carriedOver = m_builder->layout();
         // Not committed: its undo group is cancelled and the previous preview disappears.
         m_builder.reset();
     }
     m_builder = std::make_unique<StackBuilder>(
         nodes, m_document, std::size_t(std::max(repeatCount, 0)), true);
-    if (carryOver) {
-        m_builder->seed = seed;
-        m_builder->twistStep = parameters[0];
-        m_builder->twistDisorder = parameters[1];
-        m_builder->offsetX = parameters[2];
-        m_builder->offsetY = parameters[3];
-        m_builder->offsetDisorder = parameters[4];
-        m_builder->Layout();
-    }
+    if (carriedOver)
+        m_builder->Layout(*carriedOver);
 }
 
 QVariant StackWindow::panelValue(const QString &property) const
@@ -169,43 +152,43 @@ void StackWindow::onSortStackImpl()
 
 void StackWindow::onAccept()
 {
-    m_builder->committed = true;
+    m_builder->setCommitted(true);
     QDialog::accept();
 }
 
 int StackWindow::generationSeed() const
 {
-    return m_builder->seed;
+    return m_builder->layout().seed;
 }
 
 float StackWindow::twistStep() const
 {
-    return m_builder->twistStep;
+    return m_builder->layout().twistStep;
 }
 
 float StackWindow::twistDisorder() const
 {
-    return m_builder->twistDisorder;
+    return m_builder->layout().twistDisorder;
 }
 
 float StackWindow::offsetX() const
 {
-    return m_builder->offsetX;
+    return m_builder->layout().offsetX;
 }
 
 float StackWindow::offsetY() const
 {
-    return m_builder->offsetY;
+    return m_builder->layout().offsetY;
 }
 
 float StackWindow::offsetDisorder() const
 {
-    return m_builder->offsetDisorder;
+    return m_builder->layout().offsetDisorder;
 }
 
 void StackWindow::setGenerationRepeatList(int count)
 {
-    count = std::clamp(count, 1, MostRepeats);
+    count = std::clamp(count, int(StackRepeatSetting.minimum), int(StackRepeatSetting.maximum));
     if (count == m_repeatCount)
         return;
     m_repeatCount = count;
@@ -213,56 +196,48 @@ void StackWindow::setGenerationRepeatList(int count)
 }
 
 template<typename T>
-void StackWindow::relayout(T &parameter, T value)
+void StackWindow::relayout(T StackLayout::*parameter, T value)
 {
-    parameter = value;
-    m_builder->Layout();
+    StackLayout layout = m_builder->layout();
+    layout.*parameter = value;
+    m_builder->Layout(layout);
     if (m_propertyList)
         m_propertyList->UpdateValues(nullptr);
 }
 
 void StackWindow::setGenerationSeed(int seed)
 {
-    relayout(m_builder->seed, seed);
+    relayout(&StackLayout::seed, seed);
 }
 
 void StackWindow::setTwistStep(float step)
 {
-    relayout(m_builder->twistStep, step);
+    relayout(&StackLayout::twistStep, step);
 }
 
 void StackWindow::setTwistDisorder(float disorder)
 {
-    relayout(m_builder->twistDisorder, disorder);
+    relayout(&StackLayout::twistDisorder, disorder);
 }
 
 void StackWindow::setOffsetX(float offset)
 {
-    relayout(m_builder->offsetX, offset);
+    relayout(&StackLayout::offsetX, offset);
 }
 
 void StackWindow::setOffsetY(float offset)
 {
-    relayout(m_builder->offsetY, offset);
+    relayout(&StackLayout::offsetY, offset);
 }
 
 void StackWindow::setOffsetDisorder(float disorder)
 {
-    relayout(m_builder->offsetDisorder, disorder);
+    relayout(&StackLayout::offsetDisorder, disorder);
 }
 
 QList<QVariantMap> StackWindow::GetPropertiesList()
 {
     PropertiesListBuilder builder(QStringLiteral("Generation"));
-    builder.AddSlider(
-        QStringLiteral("Repeat the list"), QStringLiteral("generationRepeatList"), 1, 100, 34, 3);
-    builder.AddSlider(QStringLiteral("Seed"), QStringLiteral("generationSeed"), 0, 10000, 40, 3);
-    builder.AddPanel(QStringLiteral("Twist"));
-    builder.AddSlider(QStringLiteral("Step"), QStringLiteral("twistStep"), -45, 45, 2242, 1);
-    builder.AddPercentSlider(QStringLiteral("Disorder"), QStringLiteral("twistDisorder"), false);
-    builder.AddPanel(QStringLiteral("Offset"));
-    builder.AddSlider(QStringLiteral("X"), QStringLiteral("offsetX"), -5, 5, 2114, 1);
-    builder.AddSlider(QStringLiteral("Y"), QStringLiteral("offsetY"), -5, 5, 2114, 1);
-    builder.AddPercentSlider(QStringLiteral("Disorder"), QStringLiteral("offsetDisorder"), false);
+    AddSettingRows(builder, StackSettings);
     return builder;
 }

@@ -17,6 +17,7 @@ class INode;
 class PropertyListWidget;
 class QListWidget;
 class StackBuilder;
+struct StackLayout;
 
 // The Stack window: the selected shapes in stacking order (bottom first) in a list the user
 // reorders by dragging, and the stack's settings in a panel. Every change shows at once: the
@@ -25,7 +26,8 @@ class StackBuilder;
 // keeps the last preview as one undo step with the "Stack" group selected; every other way out
 // takes the scene back to where it was before the window opened.
 //
-// The window is its own settings object: its Qt properties are the settings the panel edits.
+// The window is its own settings object: its Qt properties are the settings the panel edits
+// (StackSettings).
 class StackWindow : public QDialog, public IUserInterfaceProperties
 {
     Q_OBJECT
@@ -54,7 +56,8 @@ public:
     float offsetX() const;
     float offsetY() const;
     float offsetDisorder() const;
-    // A different count (limited to 1..100) builds the stack again; the same count does nothing.
+    // A different count (limited to the table's 1..100) builds the stack again; the same count does
+    // nothing.
     void setGenerationRepeatList(int count);
     // The others re-lay the stack as it is.
     void setGenerationSeed(int seed);
@@ -79,8 +82,9 @@ private slots:
 private:
     void rebuild(const std::vector<INode *> &nodes, int repeatCount);
     QVariant panelValue(const QString &property) const;
+    // Lays the stack out again with one parameter changed.
     template<typename T>
-    void relayout(T &parameter, T value);
+    void relayout(T StackLayout::*parameter, T value);
 
     QListWidget *m_list;
     std::vector<INode *> m_nodes;

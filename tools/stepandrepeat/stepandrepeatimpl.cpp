@@ -19,6 +19,13 @@
 
 namespace {
 
+constexpr const ToolSetting &repeatXSetting = FindSetting(StepAndRepeatSettings, "repeatX");
+constexpr const ToolSetting &repeatYSetting = FindSetting(StepAndRepeatSettings, "repeatY");
+constexpr const ToolSetting &repeatZSetting = FindSetting(StepAndRepeatSettings, "repeatZ");
+constexpr const ToolSetting &stepXSetting = FindSetting(StepAndRepeatSettings, "stepX");
+constexpr const ToolSetting &stepYSetting = FindSetting(StepAndRepeatSettings, "stepY");
+constexpr const ToolSetting &stepZSetting = FindSetting(StepAndRepeatSettings, "stepZ");
+
 ITransformations *transformationsOf(INode *node)
 {
     return node ? qobject_cast<ITransformations *>(node) : nullptr;
@@ -26,9 +33,20 @@ ITransformations *transformationsOf(INode *node)
 
 } // namespace
 
+bool IsSingleShape(const std::vector<INode *> &nodes)
+{
+    return nodes.size() == 1 && nodes.front()->GetNodeType() == INode::MeshNodeType;
+}
+
 StepAndRepeatImpl::StepAndRepeatImpl(IDocument *document, bool ownsUndoGroup, INode *node)
     : ToolSettings(document, ownsUndoGroup) // opens the group before anything below changes
     , m_source(node)
+    , m_repeatX(int(repeatXSetting.initial))
+    , m_repeatY(int(repeatYSetting.initial))
+    , m_repeatZ(int(repeatZSetting.initial))
+    , m_stepX(stepXSetting.initial)
+    , m_stepY(stepYSetting.initial)
+    , m_stepZ(stepZSetting.initial)
 {
     if (!m_source)
         m_source = document->GetSelection().front(); // the caller checked there is exactly one
@@ -190,18 +208,6 @@ void StepAndRepeatImpl::SetStepZ(float step)
 QList<QVariantMap> StepAndRepeatImpl::GetPropertiesList()
 {
     PropertiesListBuilder builder(QStringLiteral("Step and Repeat"));
-    for (std::size_t i = 0; i < std::size(StepAndRepeatSettings); ++i) {
-        if (i == 0)
-            builder.AddPanel(QStringLiteral("Repeats"));
-        else if (i == StepAndRepeatCountSettings)
-            builder.AddPanel(QStringLiteral("Steps"));
-        const StepAndRepeatSetting &s = StepAndRepeatSettings[i];
-        builder.AddSlider(QLatin1String(s.label),
-                          QLatin1String(s.property),
-                          s.minimum,
-                          s.maximum,
-                          s.displayFlags,
-                          s.displayDecimals);
-    }
+    AddSettingRows(builder, StepAndRepeatSettings);
     return builder;
 }

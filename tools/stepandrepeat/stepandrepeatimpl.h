@@ -10,6 +10,11 @@ class INode;
 class ITransformations;
 struct Vector3;
 
+// What Step and Repeat repeats: exactly one node, and that a shape. A light or a group could be
+// copied, but a grid of lights is not what the tool is for, and its messages say "shape". The
+// tool and the script function both ask this before anything changes.
+bool IsSingleShape(const std::vector<INode *> &nodes);
+
 // Step and Repeat's settings and the grid they describe. Constructing the object wraps one shape
 // in a new group that takes the shape's place among its siblings, its name and its position,
 // rotation and scale; the shape becomes the group's first child, "<name> - 1", at the group's
@@ -83,10 +88,11 @@ private:
     // and asking each one for its facet again would cost a good part of the move.
     std::vector<ITransformations *> m_copyTransformations;
     INode *m_group = nullptr;
-    int m_repeatX = 3;
-    int m_repeatY = 3;
-    int m_repeatZ = 1;
-    float m_stepX = 1.0f;
-    float m_stepY = 1.0f;
-    float m_stepZ = 1.0f;
+    // These start from the settings table's initial values (StepAndRepeatSettings).
+    int m_repeatX;
+    int m_repeatY;
+    int m_repeatZ;
+    float m_stepX;
+    float m_stepY;
+    float m_stepZ;
 };

@@ -9,8 +9,6 @@
 #include "tools/stepandrepeat/stepandrepeatimpl.h"
 #include "tools/stepandrepeat/stepandrepeatsettings.h"
 
-#include <iterator>
-
 namespace {
 
 const char *const notAShapeNode = "The first parameter has be a shape node";
@@ -24,13 +22,11 @@ QScriptValue StepAndRepeatScript(QScriptContext *context, QScriptEngine *engine)
     if (!call.nodes(0, notAShapeNode, &nodes))
         return call.result();
     // The frame's node list holds only nodes in the scene: a removed shape never gets here.
-    if (nodes.size() != 1 || nodes.front()->GetNodeType() != INode::MeshNodeType) {
+    if (!IsSingleShape(nodes)) {
         call.fail(notAShapeNode);
         return call.result();
     }
-    ScriptSetting keys[std::size(StepAndRepeatSettings)];
-    for (std::size_t i = 0; i < std::size(keys); ++i)
-        keys[i] = ScriptSetting{StepAndRepeatSettings[i].key, StepAndRepeatSettings[i].property};
+    const std::vector<ScriptSetting> keys = ScriptSettings(StepAndRepeatSettings);
     // Read whole before the grid is built; reading may run getters that change the scene, and
     // the frame then checks the shape again.
     QVariantMap params;

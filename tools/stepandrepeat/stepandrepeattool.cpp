@@ -1,25 +1,16 @@
 // Copyright (C) 2026 The vantrel-tools authors
 // SPDX-License-Identifier: MIT
-#include "plugin/stepandrepeattool.h"
+#include "tools/stepandrepeat/stepandrepeattool.h"
 
+#include "frame/toolsupport.h"
 #include "host/idocument.h"
 #include "host/idocumentcontext.h"
 #include "host/inode.h"
 #include "host/iscriptrunner.h"
 #include "host/iuserinterface.h"
-#include "plugin/toolsplugin.h"
-#include "plugin/toolsupport.h"
+#include "tools/stepandrepeat/stepandrepeatimpl.h"
 #include "tools/stepandrepeat/stepandrepeatscript.h"
 #include "tools/stepandrepeat/stepandrepeatwindow.h"
-
-namespace {
-
-bool hasSingleSelection(const IDocument *document)
-{
-    return document->GetSelection().size() == 1;
-}
-
-} // namespace
 
 QString StepAndRepeatTool::GetTitle() const
 {
@@ -49,10 +40,7 @@ void StepAndRepeatTool::Execute(IDocumentContext &context)
     IUserInterface *ui = context.GetUserInterface();
     if (!document || !ui)
         return; // nowhere to show the window: nothing to do
-    // A shape, as the script function requires too: a light or a group would be copied, but a
-    // grid of lights is not what the tool is for, and the message says "shape".
-    if (!hasSingleSelection(document)
-        || document->GetSelection().front()->GetNodeType() != INode::MeshNodeType) {
+    if (!IsSingleShape(document->GetSelection())) {
         ui->ShowMessage(
             QStringLiteral("Step and Repeat tool requires a single shape object to be selected."),
             0);

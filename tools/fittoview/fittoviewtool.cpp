@@ -1,11 +1,11 @@
 // Copyright (C) 2026 The vantrel-tools authors
 // SPDX-License-Identifier: MIT
-#include "plugin/fittoviewtool.h"
+#include "tools/fittoview/fittoviewtool.h"
 
+#include "frame/toolsupport.h"
 #include "host/idocumentcontext.h"
 #include "host/iscriptrunner.h"
 #include "host/iuserinterface.h"
-#include "plugin/toolsplugin.h"
 #include "tools/fittoview/fittoviewscript.h"
 #include "tools/fittoview/fittoviewtoolbarhelper.h"
 #include "tools/fittoview/fittoviewwindow.h"

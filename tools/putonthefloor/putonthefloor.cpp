@@ -1,9 +1,9 @@
 // Copyright (C) 2026 The vantrel-tools authors
 // SPDX-License-Identifier: MIT
-#include "plugin/putonthefloor.h"
+#include "tools/putonthefloor/putonthefloor.h"
 
+#include "frame/toolsupport.h"
 #include "host/idocumentcontext.h"
-#include "plugin/toolsupport.h"
 #include "tools/putonthefloor/floorplacement.h"
 
 QString PutOnTheFloor::GetTitle() const

@@ -1,11 +1,11 @@
 // Copyright (C) 2026 The vantrel-tools authors
 // SPDX-License-Identifier: MIT
-#include "plugin/easylightingtool.h"
+#include "tools/easylighting/easylightingtool.h"
 
+#include "frame/toolsupport.h"
 #include "host/idocumentcontext.h"
 #include "host/iscriptrunner.h"
 #include "host/iuserinterface.h"
-#include "plugin/toolsplugin.h"
 #include "tools/easylighting/easylightingscript.h"
 #include "tools/easylighting/easylightingwindow.h"
 #include "tools/easylighting/easylighttoolbarhelper.h"

@@ -1,12 +1,12 @@
 // Copyright (C) 2026 The vantrel-tools authors
 // SPDX-License-Identifier: MIT
-#include "plugin/stacktool.h"
+#include "tools/stack/stacktool.h"
 
+#include "frame/toolsupport.h"
 #include "host/iscriptrunner.h"
-#include "plugin/toolsplugin.h"
-#include "plugin/toolsupport.h"
 #include "tools/stack/stackclassification.h"
 #include "tools/stack/stackscript.h"
+#include "tools/stack/stacksettings.h"
 #include "tools/stack/stackwindow.h"
 
 QString StackTool::GetTitle() const
@@ -41,7 +41,8 @@ void StackTool::Execute(IDocumentContext &context)
     }
     switch (FilterStackableNodes(nodes)) {
     case AllSuitable:
-        ui->ShowToolWindow(new StackWindow(nodes, *GetApplicationContext(), context, 3, nullptr));
+        ui->ShowToolWindow(new StackWindow(
+            nodes, *GetApplicationContext(), context, int(StackRepeatSetting.initial), nullptr));
         break;
     case NoneSuitable:
         ui->ShowMessage(QStringLiteral("None of the selected shapes are suitable for stacking. "
