@@ -78,6 +78,26 @@ struct Figure
     std::vector<double> refresh;
 };
 
+// The medians of the runs, one line per figure.
+void printFigures(const std::vector<Figure> &figures, int shownRows, int runs)
+{
+    std::printf("Scene tree beside a shown view, a group of %d rows open (%d rows shown); median"
+                " of %d runs\n",
+                s_copies,
+                shownRows,
+                runs);
+    std::printf("  %-32s %12s %12s %10s\n", "", "change ms", "refresh ms", "refresh/change");
+    for (const Figure &figure : figures) {
+        const double change = median(figure.change);
+        const double refresh = median(figure.refresh);
+        std::printf("  %-32s %12.2f %12.2f %10.2f\n",
+                    figure.name,
+                    change,
+                    refresh,
+                    change > 0 ? refresh / change : 0.0);
+    }
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -143,21 +163,7 @@ int main(int argc, char **argv)
         });
     }
 
-    std::printf("Scene tree beside a shown view, a group of %d rows open (%d rows shown); median"
-                " of %d runs\n",
-                s_copies,
-                shownRows,
-                runs);
-    std::printf("  %-32s %12s %12s %10s\n", "", "change ms", "refresh ms", "refresh/change");
-    for (const Figure &figure : figures) {
-        const double change = median(figure.change);
-        const double refresh = median(figure.refresh);
-        std::printf("  %-32s %12.2f %12.2f %10.2f\n",
-                    figure.name,
-                    change,
-                    refresh,
-                    change > 0 ? refresh / change : 0.0);
-    }
+    printFigures(figures, shownRows, runs);
     const bool consistent = view.sceneModel()->rowCount(view.sceneModel()->indexOf(grid))
                                 == int(grid->GetChildren().size())
                             && grid->GetChildren().size() == std::size_t(s_copies);

@@ -77,6 +77,20 @@ void cancel(QDialog *window)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
+// The tool's window opened on the selected box with every count at 30: its panel, or null when
+// the tool opened no window with a panel.
+PanelAccess *openFullGrid(ITool *tool, Session &session, QDialog **window)
+{
+    tool->Execute(session.context());
+    *window = session.userInterface().openWindow();
+    PanelAccess *panel = *window ? panelOf(*window) : nullptr;
+    if (panel) {
+        for (const char *count : {"repeatX", "repeatY", "repeatZ"})
+            panel->setPanelValue(QLatin1String(count), 30);
+    }
+    return panel;
+}
+
 int fail(const char *what)
 {
     std::fprintf(stderr, "bench_stepandrepeat: %s\n", what);
@@ -113,16 +127,7 @@ int main(int argc, char **argv)
     for (int run = 0; run < runs; ++run) {
         QDialog *window = nullptr;
         PanelAccess *panel = nullptr;
-        builds.push_back(milliseconds([&] {
-            tool->Execute(session.context());
-            window = session.userInterface().openWindow();
-            panel = window ? panelOf(window) : nullptr;
-            if (!panel)
-                return;
-            panel->setPanelValue(QStringLiteral("repeatX"), 30);
-            panel->setPanelValue(QStringLiteral("repeatY"), 30);
-            panel->setPanelValue(QStringLiteral("repeatZ"), 30);
-        }));
+        builds.push_back(milliseconds([&] { panel = openFullGrid(tool, session, &window); }));
         if (!panel)
             return fail("the tool opened no window with a property panel");
         cells = box->GetParent()->GetChildren().size();
@@ -139,12 +144,8 @@ int main(int argc, char **argv)
         restored = restored && dumpScene(document) == before;
 
         // The same build, cancelled at once: what Cancel costs for one grid's worth of changes.
-        tool->Execute(session.context());
-        window = session.userInterface().openWindow();
-        panel = panelOf(window);
-        panel->setPanelValue(QStringLiteral("repeatX"), 30);
-        panel->setPanelValue(QStringLiteral("repeatY"), 30);
-        panel->setPanelValue(QStringLiteral("repeatZ"), 30);
+        if (!openFullGrid(tool, session, &window))
+            return fail("the tool opened no window with a property panel");
         cancels.push_back(milliseconds([&] { cancel(window); }));
         restored = restored && dumpScene(document) == before;
     }
