@@ -373,8 +373,8 @@ bool SceneReader::readScene(const QJsonObject &top, Document *document)
         || !mode(top, QString(), key::lightingMode, &lightingMode)
         || !readCamera(top.value(key::camera), document->camera()))
         return false;
-    document->applyAmbient(ambient);
-    document->applyLightingMode(lightingMode);
+    document->SetAmbientIntensity(ambient);
+    document->SetLightingMode(lightingMode);
 
     const QJsonArray childArray = children.toArray();
     for (int i = 0; i < childArray.size(); ++i) {
@@ -383,7 +383,7 @@ bool SceneReader::readScene(const QJsonObject &top, Document *document)
     }
     if (!readSelection(top.value(key::selection), document))
         return false;
-    // Building the tree went through the recorded tree edits; an opened file has nothing to undo.
+    // Building the scene went through the recorded operations; an opened file has nothing to undo.
     document->history().clear();
     return true;
 }
@@ -643,7 +643,7 @@ bool SceneReader::readSelection(const QJsonValue &value, Document *document)
             return fail(here, QStringLiteral("\"%1\" is listed twice").arg(path));
         selection.push_back(node);
     }
-    document->applySelection(std::move(selection));
+    document->SetSelection(selection, Document::ReplaceSelection);
     return true;
 }
 
