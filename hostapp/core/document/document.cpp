@@ -216,9 +216,12 @@ void Document::apply(std::unique_ptr<Change> change)
 
 BaseNode *Document::addNode(BaseNode *parent, std::unique_ptr<BaseNode> node)
 {
-    // A node of another document, or one already in a tree, would tie two trees together.
-    if (!parent || parent->document() != this || !node || node->document() != this
-        || node->m_parent)
+    if (node && node->m_parent) {
+        node.release(); // already in a tree, whose parent owns it: it stays where it is
+        return nullptr;
+    }
+    // A node or a parent of another document would tie two documents' trees together.
+    if (!parent || parent->document() != this || !node || node->document() != this)
         return nullptr;
     BaseNode *raw = node.release();
     apply(std::unique_ptr<Change>(new InsertChange(parent, raw)));

@@ -72,8 +72,9 @@ public:
 
     // Appends a new node (with whatever subtree it already has) to parent's children as one
     // recorded change, and returns it. Both must belong to this document and the node must not
-    // be in any tree yet; otherwise nothing changes, the node is freed and the result is null.
-    // The nodes' CreateChild functions, the script API and the scene reader add nodes this way.
+    // be in any tree yet. Otherwise nothing changes and the result is null: a node of another
+    // document is freed, one already in a tree stays there. The nodes' CreateChild functions
+    // (and through them the script API and the scene reader) and CloneNode add nodes this way.
     BaseNode *addNode(BaseNode *parent, std::unique_ptr<BaseNode> node);
 
 signals:
