@@ -153,6 +153,45 @@ TEST(Delete, TakesSubtreesOutWithTheirSelectionAndUndoPutsThemBackInPlace)
     EXPECT_EQ(dump(document), before) << "every node back at its index, the selection restored";
 }
 
+// The one public way to put a node into the tree: a node of this document is one undo step; a
+// node or parent of another document, or a node already in a tree, changes neither document.
+TEST(AddNode, ANewNodeIsOneStepAndAForeignOrPlacedOneChangesNothing)
+{
+    Document document;
+    Document other;
+    BaseNode *group
+        = static_cast<BaseNode *>(document.root()->CreateChildGroup(QStringLiteral("Group")));
+    BaseNode *inGroup
+        = static_cast<BaseNode *>(group->CreateChildGroup(QStringLiteral("In Group")));
+    other.root()->CreateChildGroup(QStringLiteral("Elsewhere"));
+    document.history().clear();
+    other.history().clear();
+    const QByteArray before = dump(document);
+    const QByteArray otherBefore = dump(other);
+
+    EXPECT_EQ(
+        document.addNode(group, std::make_unique<SceneNode>(&other, QStringLiteral("Foreign"))),
+        nullptr);
+    EXPECT_EQ(document.addNode(other.root(),
+                               std::make_unique<SceneNode>(&document, QStringLiteral("Lost"))),
+              nullptr);
+    EXPECT_EQ(document.addNode(document.root(), std::unique_ptr<BaseNode>(inGroup)), nullptr);
+    EXPECT_EQ(inGroup->parentNode(), group) << "a placed node stays where it was";
+    EXPECT_EQ(dump(document), before);
+    EXPECT_EQ(dump(other), otherBefore);
+    EXPECT_EQ(document.history().undoCount() + other.history().undoCount(), 0);
+
+    BaseNode *added
+        = document.addNode(group, std::make_unique<SceneNode>(&document, QStringLiteral("Added")));
+    ASSERT_NE(added, nullptr);
+    EXPECT_EQ(childrenOf(group), (std::vector<INode *>{inGroup, added}));
+    EXPECT_EQ(document.history().undoCount(), 1);
+    ASSERT_TRUE(document.undo());
+    EXPECT_EQ(dump(document), before);
+    ASSERT_TRUE(document.redo());
+    EXPECT_EQ(childrenOf(group), (std::vector<INode *>{inGroup, added}));
+}
+
 // A group of 27 000 children is built, emptied and restored through the document's own
 // operations. Nothing is timed here (bench/ measures that); with a cost quadratic in the child
 // count this would not finish within the test's time limit.

@@ -8,12 +8,39 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
+#include <type_traits>
 
 using namespace vantrel::host;
 using vantrel::test::addBoxNode;
 using vantrel::test::dump;
 
 namespace {
+
+// Whether code outside the document can hand T a change object of its own making.
+template<class T, class = void>
+struct TakesChanges : std::false_type
+{};
+template<class T>
+struct TakesChanges<T, std::void_t<decltype(std::declval<T &>().apply(std::unique_ptr<Change>()))>>
+    : std::true_type
+{};
+template<class T, class = void>
+struct SetsSelectionRaw : std::false_type
+{};
+template<class T>
+struct SetsSelectionRaw<
+    T,
+    std::void_t<decltype(std::declval<T &>().applySelection(std::vector<INode *>()))>>
+    : std::true_type
+{};
+
+// No caller changes the scene without an undo step: neither the document nor its history takes
+// a change from outside, the document cannot be used as a change recorder, and its raw setters
+// are its own. (A change object handed in could edit the tree behind the recorded operations.)
+static_assert(!TakesChanges<Document>::value && !TakesChanges<UndoHistory>::value);
+static_assert(!std::is_convertible_v<Document *, ChangeRecorder *>);
+static_assert(!SetsSelectionRaw<Document>::value);
 
 class UndoTest : public ::testing::Test
 {

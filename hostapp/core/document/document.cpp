@@ -2,111 +2,14 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/document/document.h"
 
+#include "hostapp/core/document/treechanges.h"
 #include "hostapp/core/scene/basenode.h"
 
 #include <cmath>
-#include <unordered_map>
 
 namespace vantrel::host {
 
 namespace {
-
-// A node appended to a parent. Undone, the node is out of the tree and this change owns it.
-class InsertChange final : public Change
-{
-public:
-    InsertChange(Document *document, BaseNode *parent, BaseNode *node)
-        : m_document(document)
-        , m_parent(parent)
-        , m_node(node)
-    {}
-    ~InsertChange() override
-    {
-        if (m_owned)
-            delete m_node;
-    }
-    void redo() override
-    {
-        if (m_index < 0)
-            m_index = int(m_parent->GetChildren().size());
-        m_document->insertChildren(m_parent, m_index, {m_node});
-        m_owned = false;
-    }
-    void undo() override
-    {
-        m_document->detach({m_node});
-        m_owned = true;
-    }
-
-private:
-    Document *m_document;
-    BaseNode *m_parent;
-    BaseNode *m_node;
-    int m_index = -1;
-    bool m_owned = true;
-};
-
-// Subtrees taken out of the scene. Done, this change owns them.
-class RemoveChange final : public Change
-{
-public:
-    RemoveChange(Document *document, std::vector<BaseNode *> nodes)
-        : m_document(document)
-        , m_nodes(std::move(nodes))
-    {}
-    ~RemoveChange() override
-    {
-        if (m_owned) {
-            for (BaseNode *node : m_nodes)
-                delete node;
-        }
-    }
-    void redo() override
-    {
-        m_from = m_document->detach(m_nodes);
-        m_owned = true;
-    }
-    void undo() override
-    {
-        m_document->reattach(m_from);
-        m_owned = false;
-    }
-
-private:
-    Document *m_document;
-    std::vector<BaseNode *> m_nodes;
-    std::vector<Document::Placement> m_from;
-    bool m_owned = false;
-};
-
-// Nodes re-parented under one parent, inserted together at an index.
-class MoveChange final : public Change
-{
-public:
-    MoveChange(Document *document, BaseNode *parent, int index, std::vector<BaseNode *> nodes)
-        : m_document(document)
-        , m_parent(parent)
-        , m_index(index)
-        , m_nodes(std::move(nodes))
-    {}
-    void redo() override
-    {
-        m_from = m_document->detach(m_nodes);
-        m_document->insertChildren(m_parent, m_index, m_nodes);
-    }
-    void undo() override
-    {
-        m_document->detach(m_nodes);
-        m_document->reattach(m_from);
-    }
-
-private:
-    Document *m_document;
-    BaseNode *m_parent;
-    int m_index;
-    std::vector<BaseNode *> m_nodes;
-    std::vector<Document::Placement> m_from;
-};
 
 using SelectionChange = ValueChange<Document, std::vector<INode *>>;
 
@@ -223,7 +126,7 @@ void Document::DeleteNodes(const std::vector<INode *> &nodes)
     if (selection.size() != m_selection.size())
         apply(std::make_unique<SelectionChange>(
             this, &Document::applySelection, m_selection, selection));
-    apply(std::make_unique<RemoveChange>(this, std::move(topmost)));
+    apply(std::unique_ptr<Change>(new RemoveChange(std::move(topmost))));
     m_history.endGroup();
 }
 
@@ -248,7 +151,7 @@ void Document::MoveNodes(INode *parent, int index, const std::vector<INode *> &n
     for (BaseNode *node : moved)
         node->m_marked = false;
     if (!moved.empty())
-        apply(std::make_unique<MoveChange>(this, target, index, std::move(moved)));
+        apply(std::unique_ptr<Change>(new MoveChange(target, index, std::move(moved))));
 }
 
 INode *Document::CloneNode(INode *node, int)
@@ -256,7 +159,7 @@ INode *Document::CloneNode(INode *node, int)
     BaseNode *own = ownNode(node);
     if (!own || own == m_root.get() || !own->isInScene())
         return nullptr;
-    return insertNode(own->m_parent, own->cloneTree());
+    return addNode(own->m_parent, own->cloneTree());
 }
 
 void Document::SetAmbientIntensity(float intensity)
@@ -311,128 +214,18 @@ void Document::apply(std::unique_ptr<Change> change)
     emit changed();
 }
 
-BaseNode *Document::insertNode(BaseNode *parent, std::unique_ptr<BaseNode> node)
+BaseNode *Document::addNode(BaseNode *parent, std::unique_ptr<BaseNode> node)
 {
+    if (node && node->m_parent) {
+        node.release(); // already in a tree, whose parent owns it: it stays where it is
+        return nullptr;
+    }
+    // A node or a parent of another document would tie two documents' trees together.
+    if (!parent || parent->document() != this || !node || node->document() != this)
+        return nullptr;
     BaseNode *raw = node.release();
-    apply(std::make_unique<InsertChange>(this, parent, raw));
+    apply(std::unique_ptr<Change>(new InsertChange(parent, raw)));
     return raw;
-}
-
-std::vector<Document::Placement> Document::detach(const std::vector<BaseNode *> &nodes)
-{
-    // One node, the common case of every clone, move and their undo: no batch bookkeeping.
-    if (nodes.size() == 1) {
-        BaseNode *node = nodes.front();
-        BaseNode *parent = node->m_parent;
-        if (!parent)
-            return {};
-        std::vector<INode *> &children = parent->m_children;
-        // Searching from the back makes the most common place, the last child, constant time.
-        for (auto i = int(children.size()) - 1; i >= 0; --i) {
-            if (children[i] == node) {
-                children.erase(children.begin() + i);
-                node->m_parent = nullptr;
-                return {Placement{node, parent, i}};
-            }
-        }
-        return {};
-    }
-    struct Batch
-    {
-        int count = 0;
-        BaseNode *single = nullptr;
-    };
-    std::unordered_map<BaseNode *, Batch> batches;
-    std::vector<BaseNode *> parents; // in the order they first appear
-    for (BaseNode *node : nodes) {
-        if (!node->m_parent)
-            continue;
-        Batch &batch = batches[node->m_parent];
-        if (batch.count++ == 0) {
-            batch.single = node;
-            parents.push_back(node->m_parent);
-        }
-        node->m_marked = true;
-    }
-
-    std::vector<Placement> placements;
-    placements.reserve(nodes.size());
-    for (BaseNode *parent : parents) {
-        std::vector<INode *> &children = parent->m_children;
-        const Batch &batch = batches[parent];
-        if (batch.count == 1) {
-            // Searching from the back makes the common case, the last child, constant time.
-            for (auto i = int(children.size()) - 1; i >= 0; --i) {
-                if (children[i] == batch.single) {
-                    placements.push_back({batch.single, parent, i});
-                    children.erase(children.begin() + i);
-                    break;
-                }
-            }
-            batch.single->m_marked = false;
-            batch.single->m_parent = nullptr;
-            continue;
-        }
-        std::size_t kept = 0;
-        for (std::size_t i = 0; i < children.size(); ++i) {
-            auto *child = static_cast<BaseNode *>(children[i]);
-            if (child->m_marked) {
-                placements.push_back({child, parent, int(i)});
-                child->m_marked = false;
-                child->m_parent = nullptr;
-            } else {
-                children[kept++] = child;
-            }
-        }
-        children.resize(kept);
-    }
-    return placements;
-}
-
-void Document::reattach(const std::vector<Placement> &placements)
-{
-    std::size_t begin = 0;
-    while (begin < placements.size()) {
-        BaseNode *parent = placements[begin].parent;
-        std::size_t end = begin + 1;
-        while (end < placements.size() && placements[end].parent == parent)
-            ++end;
-        std::vector<INode *> &children = parent->m_children;
-        if (end - begin == 1) {
-            const Placement &p = placements[begin];
-            const int index = std::min(p.index, int(children.size()));
-            children.insert(children.begin() + index, p.node);
-            p.node->m_parent = parent;
-        } else {
-            // Merge in one pass: the placements are in ascending index order.
-            std::vector<INode *> merged;
-            merged.reserve(children.size() + (end - begin));
-            std::size_t existing = 0;
-            for (std::size_t next = begin; next < end;) {
-                if (int(merged.size()) == placements[next].index || existing == children.size()) {
-                    merged.push_back(placements[next].node);
-                    placements[next].node->m_parent = parent;
-                    ++next;
-                } else {
-                    merged.push_back(children[existing++]);
-                }
-            }
-            merged.insert(
-                merged.end(), children.begin() + std::ptrdiff_t(existing), children.end());
-            children.swap(merged);
-        }
-        begin = end;
-    }
-}
-
-void Document::insertChildren(BaseNode *parent, int index, const std::vector<BaseNode *> &nodes)
-{
-    std::vector<INode *> &children = parent->m_children;
-    if (index < 0 || index > int(children.size()))
-        index = int(children.size());
-    children.insert(children.begin() + index, nodes.begin(), nodes.end());
-    for (BaseNode *node : nodes)
-        node->m_parent = parent;
 }
 
 } // namespace vantrel::host

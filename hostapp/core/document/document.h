@@ -19,11 +19,12 @@ class RootNode;
 
 // A document of the stand-in host: the scene tree, selection, camera, lighting and undo history.
 //
-// Every scene change goes through apply() and is recorded (see UndoHistory). Tree edits cost
-// time in proportion to the nodes they touch: children are appended and removed at the end in
-// constant time, and batch removals and re-insertions make one pass per parent, so building,
-// emptying and restoring a group of tens of thousands of children stays linear.
-class VANTREL_HOST_EXPORT Document final : public QObject, public IDocument, public ChangeRecorder
+// The tree's shape, the selection and the lighting change only through the public operations
+// here, each of which records what it does (see UndoHistory); the nodes' INode setters record
+// their own values the same way. The change objects and the raw tree edits (TreeSurgery) behind
+// them are private to the document, its tree changes and its nodes, so no caller can change the
+// tree without an undo step.
+class VANTREL_HOST_EXPORT Document final : public QObject, public IDocument, private ChangeRecorder
 {
     Q_OBJECT
 
@@ -69,28 +70,12 @@ public:
     // The node as this document's own, or null when it is not one of its nodes.
     BaseNode *ownNode(INode *node) const;
 
-    // Records the change (ChangeRecorder) and tells views that the scene changed.
-    void apply(std::unique_ptr<Change> change) override;
-    // Appends a new node to parent's children, recorded; returns it.
-    BaseNode *insertNode(BaseNode *parent, std::unique_ptr<BaseNode> node);
-
-    void applySelection(std::vector<INode *> selection);
-    void applyAmbient(float intensity) { m_ambient = intensity; }
-    void applyLightingMode(int mode) { m_lightingMode = mode; }
-
-    // Tree surgery for the recorded changes; nothing here records anything.
-    struct Placement
-    {
-        BaseNode *node;
-        BaseNode *parent;
-        int index;
-    };
-    // Takes the nodes out of their parents, one pass per parent; returns where they were,
-    // grouped by parent in ascending index order.
-    std::vector<Placement> detach(const std::vector<BaseNode *> &nodes);
-    // Puts nodes back where detach() found them.
-    void reattach(const std::vector<Placement> &placements);
-    void insertChildren(BaseNode *parent, int index, const std::vector<BaseNode *> &nodes);
+    // Appends a new node (with whatever subtree it already has) to parent's children as one
+    // recorded change, and returns it. Both must belong to this document and the node must not
+    // be in any tree yet. Otherwise nothing changes and the result is null: a node of another
+    // document is freed, one already in a tree stays there. The nodes' CreateChild functions
+    // (and through them the script API and the scene reader) and CloneNode add nodes this way.
+    BaseNode *addNode(BaseNode *parent, std::unique_ptr<BaseNode> node);
 
 signals:
     // After every recorded change, undo and redo.
@@ -100,6 +85,18 @@ signals:
     void cameraChanged();
 
 private:
+    // The nodes record their own value changes (names, visibility, transforms, light and shape
+    // parameters) through the document's ChangeRecorder side, which nothing else can reach.
+    friend class BaseNode;
+
+    // Records the change (ChangeRecorder) and tells views that the scene changed.
+    void apply(std::unique_ptr<Change> change) override;
+
+    // The values the recorded changes set; none of them records anything.
+    void applySelection(std::vector<INode *> selection);
+    void applyAmbient(float intensity) { m_ambient = intensity; }
+    void applyLightingMode(int mode) { m_lightingMode = mode; }
+
     std::unique_ptr<RootNode> m_root;
     std::unique_ptr<Camera> m_camera;
     std::vector<INode *> m_selection;

@@ -188,8 +188,8 @@ bool SceneReader::readScene(const QJsonObject &top, Document *document)
         || !readMode(m_check, top, QString(), key::lightingMode, &lightingMode)
         || !readCamera(top.value(key::camera), document->camera()))
         return false;
-    document->applyAmbient(ambient);
-    document->applyLightingMode(lightingMode);
+    document->SetAmbientIntensity(ambient);
+    document->SetLightingMode(lightingMode);
 
     SceneNodeReader nodes(m_check, m_modelDirectory);
     for (int i = 0; i < children.size(); ++i) {
@@ -198,7 +198,7 @@ bool SceneReader::readScene(const QJsonObject &top, Document *document)
     }
     if (!readSelection(top.value(key::selection), document))
         return false;
-    // Building the tree went through the recorded tree edits; an opened file has nothing to undo.
+    // Building the scene went through the recorded operations; an opened file has nothing to undo.
     document->history().clear();
     return true;
 }
@@ -328,7 +328,7 @@ bool SceneReader::readSelection(const QJsonValue &value, Document *document)
             return m_check.fail(here, QStringLiteral("\"%1\" is listed twice").arg(path));
         selection.push_back(node);
     }
-    document->applySelection(std::move(selection));
+    document->SetSelection(selection, Document::ReplaceSelection);
     return true;
 }
 

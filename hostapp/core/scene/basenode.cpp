@@ -30,7 +30,7 @@ void BaseNode::SetVisible(bool visible)
 {
     if (visible == m_visible)
         return;
-    m_document->apply(std::make_unique<ValueChange<BaseNode, bool>>(
+    recorder().apply(std::make_unique<ValueChange<BaseNode, bool>>(
         this, &BaseNode::applyVisible, m_visible, visible));
 }
 
@@ -38,18 +38,18 @@ void BaseNode::SetName(const QString &name)
 {
     if (name == m_name)
         return;
-    m_document->apply(
+    recorder().apply(
         std::make_unique<ValueChange<BaseNode, QString>>(this, &BaseNode::applyName, m_name, name));
 }
 
 INode *BaseNode::CreateChildGroup(const QString &name)
 {
-    return m_document->insertNode(this, std::make_unique<SceneNode>(m_document, name));
+    return m_document->addNode(this, std::make_unique<SceneNode>(m_document, name));
 }
 
 INode *BaseNode::CreateChildLight(const QString &name)
 {
-    return m_document->insertNode(this, std::make_unique<LightNode>(m_document, name));
+    return m_document->addNode(this, std::make_unique<LightNode>(m_document, name));
 }
 
 MeshNode *BaseNode::createChildShape(const QByteArray &generatorId, const QString &name)
@@ -63,7 +63,12 @@ MeshNode *BaseNode::createChildShape(const QByteArray &generatorId, const QStrin
 MeshNode *BaseNode::createChildMesh(std::unique_ptr<ShapeGenerator> generator, const QString &name)
 {
     auto node = std::make_unique<MeshNode>(m_document, name, std::move(generator));
-    return static_cast<MeshNode *>(m_document->insertNode(this, std::move(node)));
+    return static_cast<MeshNode *>(m_document->addNode(this, std::move(node)));
+}
+
+ChangeRecorder &BaseNode::recorder() const
+{
+    return *m_document;
 }
 
 bool BaseNode::isInScene() const

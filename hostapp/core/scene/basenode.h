@@ -11,6 +11,7 @@
 
 namespace vantrel::host {
 
+class ChangeRecorder;
 class Document;
 class MeshNode;
 class ShapeGenerator;
@@ -67,11 +68,14 @@ protected:
     // A copy of this node alone (no children); the subclasses copy their own state.
     virtual std::unique_ptr<BaseNode> cloneNode() const = 0;
     void copyBaseState(BaseNode &copy) const;
+    // Where the node's setters record their changes: its document's undo history.
+    ChangeRecorder &recorder() const;
 
     Matrix m_local;
 
 private:
     friend class Document;
+    friend class TreeSurgery;
 
     Document *m_document;
     int m_type;

@@ -11,12 +11,15 @@ namespace vantrel::host {
 namespace {
 
 template<class Value>
-void record(LightNode *light, void (LightNode::*setter)(Value), Value before, Value after)
+void record(ChangeRecorder &recorder,
+            LightNode *light,
+            void (LightNode::*setter)(Value),
+            Value before,
+            Value after)
 {
     if (before == after)
         return;
-    light->document()->apply(
-        std::make_unique<ValueChange<LightNode, Value>>(light, setter, before, after));
+    recorder.apply(std::make_unique<ValueChange<LightNode, Value>>(light, setter, before, after));
 }
 
 } // namespace
@@ -27,26 +30,26 @@ LightNode::LightNode(Document *document, QString name)
 
 void LightNode::SetLightMode(int mode)
 {
-    record(this, &LightNode::applyLightMode, m_lightMode, mode);
+    record(recorder(), this, &LightNode::applyLightMode, m_lightMode, mode);
 }
 
 void LightNode::SetShadowBlur(float blur)
 {
     if (!std::isfinite(blur))
         return; // the scene never holds a value that is not finite (see SceneNode)
-    record(this, &LightNode::applyShadowBlur, m_shadowBlur, blur);
+    record(recorder(), this, &LightNode::applyShadowBlur, m_shadowBlur, blur);
 }
 
 void LightNode::SetIntensity(float intensity)
 {
     if (!std::isfinite(intensity))
         return;
-    record(this, &LightNode::applyIntensity, m_intensity, intensity);
+    record(recorder(), this, &LightNode::applyIntensity, m_intensity, intensity);
 }
 
 void LightNode::SetCastShadows(bool cast)
 {
-    record(this, &LightNode::applyCastShadows, m_castShadows, cast);
+    record(recorder(), this, &LightNode::applyCastShadows, m_castShadows, cast);
 }
 
 std::unique_ptr<BaseNode> LightNode::cloneNode() const

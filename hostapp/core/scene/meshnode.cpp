@@ -10,7 +10,7 @@ MeshNode::MeshNode(Document *document, QString name, std::unique_ptr<ShapeGenera
     : SceneNode(document, MeshNodeType, std::move(name))
     , m_generator(std::move(generator))
 {
-    m_generator->setRecorder(document);
+    m_generator->setRecorder(&recorder());
 }
 
 MeshNode::~MeshNode() = default;

@@ -37,7 +37,7 @@ void SceneNode::SetPosition(const Vector3 &position, bool)
         return;
     if (position == m_position)
         return;
-    document()->apply(
+    recorder().apply(
         std::make_unique<Vector3Change>(this, &SceneNode::applyPosition, m_position, position));
 }
 
@@ -47,7 +47,7 @@ void SceneNode::SetRotation(const Vector3 &anglesDegrees, bool)
         return;
     if (anglesDegrees == m_rotation)
         return;
-    document()->apply(std::make_unique<Vector3Change>(
+    recorder().apply(std::make_unique<Vector3Change>(
         this, &SceneNode::applyRotation, m_rotation, anglesDegrees));
 }
 
@@ -57,8 +57,7 @@ void SceneNode::SetScale(const Vector3 &scale, int)
         return;
     if (scale == m_scale)
         return;
-    document()->apply(
-        std::make_unique<Vector3Change>(this, &SceneNode::applyScale, m_scale, scale));
+    recorder().apply(std::make_unique<Vector3Change>(this, &SceneNode::applyScale, m_scale, scale));
 }
 
 void SceneNode::applyPosition(Vector3 position)

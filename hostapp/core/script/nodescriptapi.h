@@ -13,6 +13,8 @@ namespace vantrel::host {
 // position, rotation and scale; shapes generator, params, setParam and vertexCount; lights
 // intensity, shadowBlur and castShadows. kind is the node kind (0 root, 1 shape, 2 light,
 // 3 group).
+//
+// The members every node has live in nodescriptapi.cpp, those of a kind in nodekindscriptapi.cpp.
 QScriptValue makeNodePrototype(QScriptEngine *engine, int kind);
 
 } // namespace vantrel::host

@@ -14,6 +14,8 @@ class QUndoStack;
 
 namespace vantrel::host {
 
+class Document;
+
 // A document's undo history. Finished steps live on a QUndoStack (which gives the Edit menu its
 // actions, step names and the unsaved-changes state); changes made while a group is open are
 // collected here until the group ends or is cancelled.
@@ -30,9 +32,6 @@ public:
     ~UndoHistory();
     UndoHistory(const UndoHistory &) = delete;
     UndoHistory &operator=(const UndoHistory &) = delete;
-
-    // Runs the change and keeps it in the open group, or as a step of its own.
-    void apply(std::unique_ptr<Change> change);
 
     void beginGroup();
     void endGroup(EmptyGroup empty = EmptyGroup::Keep);
@@ -56,6 +55,12 @@ public:
     QUndoStack *stack() const { return m_stack.get(); }
 
 private:
+    // Only the document hands changes in, so that every recorded change also tells the views.
+    friend class Document;
+
+    // Runs the change and keeps it in the open group, or as a step of its own.
+    void apply(std::unique_ptr<Change> change);
+
     struct Group
     {
         QString name;
