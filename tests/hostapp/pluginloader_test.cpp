@@ -13,6 +13,7 @@
 
 #include <cstring>
 #include <functional>
+#include <vector>
 
 #include <link.h>
 
@@ -133,22 +134,22 @@ TEST(PluginLoader, VerificationTextHasTheQt4Shape)
     EXPECT_TRUE(text.contains(QStringLiteral("version=" QT_VERSION_STR)));
 }
 
-// Damage inside the headers that the size checks alone would not see. The check only reads the
-// file, so none of these is ever handed to the dynamic loader.
-TEST(LibraryFileCheck, RefusesInconsistentHeaders)
+namespace {
+
+// One way to damage a library's headers, and the check's words for it.
+struct HeaderDamage
 {
-    const QByteArray plugin = realPlugin();
-    ASSERT_GT(plugin.size(), 4096);
-    const Header real = headerOf(plugin);
-    ProgramHeader first = {};
-    std::memcpy(&first, plugin.constData() + real.e_phoff, sizeof first);
-    ASSERT_EQ(first.p_type, quint32(PT_LOAD)) << "the first segment is loaded";
-    const struct
-    {
-        const char *name;
-        std::function<void(QByteArray &)> damage;
-        QString problem;
-    } cases[] = {
+    const char *name;
+    std::function<void(QByteArray &)> damage;
+    QString problem;
+};
+
+// Damage inside the headers of the real plug-in (its bytes, its header and its first segment)
+// that the size checks alone would not see.
+std::vector<HeaderDamage>
+headerDamages(const QByteArray &plugin, const Header &real, const ProgramHeader &first)
+{
+    return {
         {"a program, not a library",
          [](QByteArray &bytes) { edit<Header>(bytes, 0, [](Header &h) { h.e_type = ET_EXEC; }); },
          QStringLiteral("not a shared library: the file is a program")},
@@ -204,6 +205,21 @@ TEST(LibraryFileCheck, RefusesInconsistentHeaders)
                         "18446744073709551615, past the end of the file (%1 bytes)")
              .arg(plugin.size())},
     };
+}
+
+} // namespace
+
+// Damage inside the headers that the size checks alone would not see. The check only reads the
+// file, so none of these is ever handed to the dynamic loader.
+TEST(LibraryFileCheck, RefusesInconsistentHeaders)
+{
+    const QByteArray plugin = realPlugin();
+    ASSERT_GT(plugin.size(), 4096);
+    const Header real = headerOf(plugin);
+    ProgramHeader first = {};
+    std::memcpy(&first, plugin.constData() + real.e_phoff, sizeof first);
+    ASSERT_EQ(first.p_type, quint32(PT_LOAD)) << "the first segment is loaded";
+    const std::vector<HeaderDamage> cases = headerDamages(plugin, real, first);
 
     QTemporaryDir dir;
     ASSERT_TRUE(dir.isValid());

@@ -11,35 +11,26 @@
 #include <QElapsedTimer>
 #include <QRegularExpression>
 
+#include <vector>
+
 using namespace vantrel::host;
 
-// Endless scripts under a time limit stop with the limit's message, whatever they were doing when
-// the time ran out, and leave the scene exactly as it was: their changes, a tool's work and a tool
-// window left open all go as after any script error.
-TEST(ScriptTimeLimit, StopsEndlessScriptsAndLeavesTheSceneAsItWas)
-{
-    Session session;
-    QString error;
-    ASSERT_TRUE(session.loadToolsPlugin(QStringLiteral(VANTREL_TOOLS_PLUGIN), &error))
-        << qPrintable(error);
-    ScriptRunner &runner = session.runner();
-    ASSERT_TRUE(runner.evaluate(
-        QStringLiteral(
-            "document.root.addShape('generator.Boxes.Box', 'Box');"
-            "document.root.addShape('generator.Book.HardCover', 'Book').position = [20, 0, 5]"),
-        QStringLiteral("setup.js"),
-        &error))
-        << qPrintable(error);
-    const QByteArray before = vantrel::test::dump(session.document());
-    const int steps = session.document().history().undoCount();
-    const QString stopped = QStringLiteral("script stopped: time limit of 0\\.25 s reached");
+namespace {
 
-    const struct
-    {
-        const char *name;
-        const char *program;
-        QString message; // a regular expression
-    } cases[] = {
+// An endless script, and the message it stops with (a regular expression).
+struct EndlessScript
+{
+    const char *name;
+    const char *program;
+    QString message;
+};
+
+// Endless scripts stopped in different places: after changes, inside a catch-all, with a tool
+// window open, inside a call from the engine and inside a call from a tool. stopped: the limit's
+// words, as a regular expression.
+std::vector<EndlessScript> endlessScripts(const QString &stopped)
+{
+    return {
         {"a loop without statements after changes",
          "document.root.addGroup('G'); document.findNode('Box').position = [5, 5, 5];\n"
          "while (true) {}",
@@ -63,6 +54,32 @@ TEST(ScriptTimeLimit, StopsEndlessScriptsAndLeavesTheSceneAsItWas)
          "    while (true) {} }})",
          "endless.js:3: " + stopped},
     };
+}
+
+} // namespace
+
+// Endless scripts under a time limit stop with the limit's message, whatever they were doing when
+// the time ran out, and leave the scene exactly as it was: their changes, a tool's work and a tool
+// window left open all go as after any script error.
+TEST(ScriptTimeLimit, StopsEndlessScriptsAndLeavesTheSceneAsItWas)
+{
+    Session session;
+    QString error;
+    ASSERT_TRUE(session.loadToolsPlugin(QStringLiteral(VANTREL_TOOLS_PLUGIN), &error))
+        << qPrintable(error);
+    ScriptRunner &runner = session.runner();
+    ASSERT_TRUE(runner.evaluate(
+        QStringLiteral(
+            "document.root.addShape('generator.Boxes.Box', 'Box');"
+            "document.root.addShape('generator.Book.HardCover', 'Book').position = [20, 0, 5]"),
+        QStringLiteral("setup.js"),
+        &error))
+        << qPrintable(error);
+    const QByteArray before = vantrel::test::dump(session.document());
+    const int steps = session.document().history().undoCount();
+    const QString stopped = QStringLiteral("script stopped: time limit of 0\\.25 s reached");
+
+    const std::vector<EndlessScript> cases = endlessScripts(stopped);
     for (const auto &c : cases) {
         runner.setTimeLimit(0.25);
         QElapsedTimer clock;

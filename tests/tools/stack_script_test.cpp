@@ -20,6 +20,54 @@ using vantrel::test::dump;
 
 namespace {
 using StackTest = vantrel::test::ToolsSessionTest;
+
+// Calls of tools.stack that must fail, with the error each must throw before anything changes.
+const struct
+{
+    const char *call;
+    const char *error;
+} s_failures[] = {
+    {"tools.stack([document.findNode('Box')])", "Usage: tools.stack(nodes, params)"},
+    {"tools.stack([document.findNode('Box')], {}, 1)", "Usage: tools.stack(nodes, params)"},
+    {"tools.stack(document.findNode('Box'), {})",
+     "The first parameter has to be an array of nodes"},
+    {"tools.stack([1, 2], {})", "The first parameter has to be an array of nodes"},
+    {"tools.stack([document.findNode('Box')], [])", "The second parameter has to be a dictionary"},
+    {"tools.stack([], {})", "The list of nodes is empty"},
+    {"tools.stack([document.findNode('Box'), document.findNode('Lamp')], {})",
+     "The list contains nodes that cannot be stacked"},
+    {"tools.stack([document.findNode('Lamp')], {})",
+     "The list contains nodes that cannot be stacked"},
+    {"new tools.stack([], {})", "Do not call this as a constructor"},
+    {"tools.stack([document.findNode('Box'), document.findNode('Box')], {repeats: 50001})",
+     "The stack would hold 100002 shapes; at most 100000 can be stacked"},
+    {"tools.stack([document.findNode('Box')], {repeats: 5e9})",
+     "The stack would hold 2147483647 shapes; at most 100000 can be stacked"},
+    // Nodes out of the scene, before the call or taken out by a getter while the
+    // dictionary is read.
+    {"var b = document.findNode('Box'); b.remove(); tools.stack([b], {})",
+     "The first parameter has to be an array of nodes"},
+    {"var b = document.findNode('Box'); tools.stack([b], {get seed() { b.remove(); return 2; "
+     "}})",
+     "The first parameter has to be an array of nodes"},
+    {"var b = document.root.addShape('generator.Boxes.Box', 'New'); document.undo();"
+     "tools.stack([b], {})",
+     "The first parameter has to be an array of nodes"},
+    {"tools.stack([document.findNode('Box')], {offsetX: NaN})",
+     "offsetX must be a finite number that fits in single precision"},
+    {"tools.stack([document.findNode('Box')], {offsetY: -Infinity})",
+     "offsetY must be a finite number that fits in single precision"},
+    {"tools.stack([document.findNode('Box')], {twistStep: 1e39})",
+     "twistStep must be a finite number that fits in single precision"},
+    {"tools.stack([document.findNode('Box')], {twistDisorder: '1e39'})",
+     "twistDisorder must be a finite number that fits in single precision"},
+    {"tools.stack([document.findNode('Box')], {offsetDisorder: Infinity})",
+     "offsetDisorder must be a finite number that fits in single precision"},
+    {"tools.stack([document.findNode('Box')], {seed: NaN})",
+     "seed must be a finite number that fits in single precision"},
+    {"tools.stack([document.findNode('Box')], {repeats: Infinity})",
+     "repeats must be a finite number that fits in single precision"},
+};
 } // namespace
 
 TEST_F(StackTest, TheScriptFunctionChecksEverythingBeforeBuilding)
@@ -27,54 +75,7 @@ TEST_F(StackTest, TheScriptFunctionChecksEverythingBeforeBuilding)
     root()->createChildShape("generator.Boxes.Box", QStringLiteral("Box"));
     root()->CreateChildLight(QStringLiteral("Lamp"));
     const QByteArray before = dump(document());
-    const struct
-    {
-        const char *call;
-        const char *error;
-    } failures[] = {
-        {"tools.stack([document.findNode('Box')])", "Usage: tools.stack(nodes, params)"},
-        {"tools.stack([document.findNode('Box')], {}, 1)", "Usage: tools.stack(nodes, params)"},
-        {"tools.stack(document.findNode('Box'), {})",
-         "The first parameter has to be an array of nodes"},
-        {"tools.stack([1, 2], {})", "The first parameter has to be an array of nodes"},
-        {"tools.stack([document.findNode('Box')], [])",
-         "The second parameter has to be a dictionary"},
-        {"tools.stack([], {})", "The list of nodes is empty"},
-        {"tools.stack([document.findNode('Box'), document.findNode('Lamp')], {})",
-         "The list contains nodes that cannot be stacked"},
-        {"tools.stack([document.findNode('Lamp')], {})",
-         "The list contains nodes that cannot be stacked"},
-        {"new tools.stack([], {})", "Do not call this as a constructor"},
-        {"tools.stack([document.findNode('Box'), document.findNode('Box')], {repeats: 50001})",
-         "The stack would hold 100002 shapes; at most 100000 can be stacked"},
-        {"tools.stack([document.findNode('Box')], {repeats: 5e9})",
-         "The stack would hold 2147483647 shapes; at most 100000 can be stacked"},
-        // Nodes out of the scene, before the call or taken out by a getter while the
-        // dictionary is read.
-        {"var b = document.findNode('Box'); b.remove(); tools.stack([b], {})",
-         "The first parameter has to be an array of nodes"},
-        {"var b = document.findNode('Box'); tools.stack([b], {get seed() { b.remove(); return 2; "
-         "}})",
-         "The first parameter has to be an array of nodes"},
-        {"var b = document.root.addShape('generator.Boxes.Box', 'New'); document.undo();"
-         "tools.stack([b], {})",
-         "The first parameter has to be an array of nodes"},
-        {"tools.stack([document.findNode('Box')], {offsetX: NaN})",
-         "offsetX must be a finite number that fits in single precision"},
-        {"tools.stack([document.findNode('Box')], {offsetY: -Infinity})",
-         "offsetY must be a finite number that fits in single precision"},
-        {"tools.stack([document.findNode('Box')], {twistStep: 1e39})",
-         "twistStep must be a finite number that fits in single precision"},
-        {"tools.stack([document.findNode('Box')], {twistDisorder: '1e39'})",
-         "twistDisorder must be a finite number that fits in single precision"},
-        {"tools.stack([document.findNode('Box')], {offsetDisorder: Infinity})",
-         "offsetDisorder must be a finite number that fits in single precision"},
-        {"tools.stack([document.findNode('Box')], {seed: NaN})",
-         "seed must be a finite number that fits in single precision"},
-        {"tools.stack([document.findNode('Box')], {repeats: Infinity})",
-         "repeats must be a finite number that fits in single precision"},
-    };
-    for (const auto &failure : failures) {
+    for (const auto &failure : s_failures) {
         EXPECT_EQ(run(QLatin1String(failure.call)).toStdString(),
                   "error: test.js:1: Error: " + std::string(failure.error));
         EXPECT_EQ(dump(document()), before) << failure.call;
