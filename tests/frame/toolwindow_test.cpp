@@ -12,6 +12,7 @@
 #include "hostapp/ui/propertieslistbuilder.h"
 #include "hostapp/ui/propertylistwidget.h"
 #include "tests/support/testsupport.h"
+#include "tests/support/windowdriver.h"
 
 #include <gtest/gtest.h>
 
@@ -31,6 +32,8 @@
 
 using namespace vantrel::host;
 using vantrel::test::dump;
+using vantrel::test::WayOut;
+using vantrel::test::waysToCloseWithoutOk;
 
 namespace {
 
@@ -218,15 +221,8 @@ TEST_F(ToolWindowTest, OkKeepsOneUndoStepAndEveryOtherWayOutRestoresTheScene)
     const QByteArray before = dump(m_session.document());
     const int stepsBefore = m_session.document().history().undoCount();
 
-    const std::function<void(QDialog *)> waysOut[] = {
-        [](QDialog *w) { w->findChild<QPushButton *>(QStringLiteral("cancel"))->click(); },
-        [](QDialog *w) {
-            QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-            QCoreApplication::sendEvent(w, &escape);
-        },
-        [](QDialog *w) { w->close(); },
-    };
-    for (const auto &wayOut : waysOut) {
+    for (const WayOut &wayOut : waysToCloseWithoutOk()) {
+        SCOPED_TRACE(wayOut.name);
         TestWindow *window = open();
         ASSERT_NE(window, nullptr);
         ASSERT_TRUE(panel(window)->setPanelValue(QStringLiteral("angle"), 30.0));
