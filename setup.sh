@@ -11,11 +11,13 @@
 #   ./setup.sh test --sanitize    the same in a separate AddressSanitizer + UBSan build
 #   ./setup.sh bench              build, then run the benchmarks
 #   ./setup.sh format-check       fail when clang-format would change a tracked file
+#   ./setup.sh size-check         fail when a tracked source passes 400 lines (tables aside)
+#   ./setup.sh tidy               fail when clang-tidy finds anything in a tracked .cpp file
 #   ./setup.sh build              only install and build
 set -euo pipefail
 cd "$(dirname "$0")"
 
-usage() { sed -n '7,14p' "$0" | sed 's/^# \{0,1\}//'; exit 2; }
+usage() { sed -n '7,16p' "$0" | sed 's/^# \{0,1\}//'; exit 2; }
 [ $# -ge 1 ] || usage
 command=$1
 shift
@@ -32,7 +34,7 @@ for argument in "$@"; do
     esac
 done
 
-packages=(build-essential binutils cmake ninja-build clang-format
+packages=(build-essential binutils cmake ninja-build clang-format clang-tidy
           qtbase5-dev qtscript5-dev
           googletest libgtest-dev libbenchmark-dev fonts-dejavu-core libassimp-dev rapidjson-dev
           libgl1-mesa-dri xvfb xauth)
@@ -98,6 +100,59 @@ case $command in
     format-check)
         git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
         echo "== formatting is clean"
+        ;;
+    size-check)
+        # A file past 400 lines has taken on a second job; only a file that is mostly a data
+        # table may be longer, and then it is listed, with the reason, in .ci/long-tables.
+        allowed=$(awk '!/^#/ && NF' .ci/long-tables)
+        bad=$(echo "$allowed" | awk 'NF == 1 {print $1 ": listed without a reason"}')
+        over=$(git ls-files -z '*.cpp' '*.h' | xargs -0 wc -l \
+               | awk '$2 != "total" && $1 > 400 {print $2 ": " $1 " lines"}')
+        while read -r line; do
+            [ -n "$line" ] || continue
+            file=${line%%:*}
+            echo "$allowed" | awk -v f="$file" '$1 == f {found = 1} END {exit !found}' \
+                || bad+=$'\n'"$line (limit 400)"
+        done <<< "$over"
+        bad=$(echo "$bad" | awk 'NF')
+        if [ -n "$bad" ]; then
+            echo "$bad" >&2
+            exit 1
+        fi
+        echo "== no source file passes 400 lines outside .ci/long-tables"
+        ;;
+    tidy)
+        options+=(-DCMAKE_EXPORT_COMPILE_COMMANDS=ON)
+        echo "== configuring $build"
+        cmake -S . -B "$build" -G Ninja "${options[@]}" >/dev/null
+        # Some sources include moc's output: run moc for every target, compile nothing.
+        mapfile -t autogen < <(ninja -C "$build" -t targets all \
+                               | sed -n 's/^\([^/]*_autogen\): phony$/\1/p')
+        ninja -C "$build" "${autogen[@]}" >/dev/null
+        mapfile -t sources < <(git ls-files '*.cpp')
+        # A file the build does not compile would be passed over in silence.
+        missing=$(for file in "${sources[@]}"; do
+                      grep -qF "\"file\": \"$PWD/$file\"" "$build/compile_commands.json" || echo "$file"
+                  done)
+        if [ -n "$missing" ]; then
+            echo "not in $build/compile_commands.json, so not checked:" >&2
+            echo "$missing" >&2
+            exit 1
+        fi
+        # The checks and their reasons are in .clang-tidy; the file names are regular
+        # expressions to run-clang-tidy, matched against the database's absolute paths.
+        patterns=()
+        for file in "${sources[@]}"; do patterns+=("^$PWD/${file//./\\.}\$"); done
+        start=$(date +%s)
+        log=$(mktemp)
+        trap 'rm -f "$log"' EXIT
+        if ! run-clang-tidy -p "$build" -j "$jobs" -quiet "${patterns[@]}" >"$log" 2>&1; then
+            # The findings, without the command lines and the counts of system headers' warnings.
+            grep -v -e '^clang-tidy' -e 'warnings\? generated\.$' "$log" >&2 || cat "$log" >&2
+            echo "== clang-tidy found the above" >&2
+            exit 1
+        fi
+        echo "== clang-tidy is clean on ${#sources[@]} files ($(( $(date +%s) - start )) s)"
         ;;
     *) usage ;;
 esac

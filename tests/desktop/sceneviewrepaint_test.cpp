@@ -192,12 +192,14 @@ TEST(SceneViewWithoutOpenGL33, ShowsWhyAndTheWindowKeepsWorking)
     }
     EXPECT_TRUE(view->errorMessage().contains(QStringLiteral("OpenGL 3.3 is needed")))
         << view->errorMessage().toStdString();
+    // The view puts up its message once the event loop runs.
     QLabel *message = nullptr;
-    for (int wait = 0; wait < 50 && !(message && message->isVisible()); ++wait) {
-        QTest::qWait(100); // the view puts up its message once the event loop runs
-        message = view->findChild<QLabel *>();
-    }
-    ASSERT_TRUE(message && message->isVisible());
+    ASSERT_TRUE(QTest::qWaitFor(
+        [view, &message] {
+            message = view->findChild<QLabel *>();
+            return message && message->isVisible();
+        },
+        5000));
     EXPECT_TRUE(message->text().contains(QStringLiteral("OpenGL 3.3 is needed")));
     EXPECT_EQ(message->geometry(), view->rect()) << "the message covers the view";
     // What the window shows: the view's area is not a single colour, the text is on it.

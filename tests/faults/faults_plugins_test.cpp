@@ -65,6 +65,8 @@ int sectionHeadersEnd()
     return int(header.e_shoff + header.e_shnum * header.e_shentsize);
 }
 
+// A table, one row per input, however long: the size rule is for functions that do things.
+// NOLINTNEXTLINE(readability-function-size)
 std::vector<FaultCase> pluginsCases()
 {
     const int size = realPlugin().size();
@@ -149,7 +151,7 @@ std::vector<FaultCase> pluginsCases()
          .arguments = loadDamaged,
          .message = refused + "built for (32|64)-bit programs, and this program is (32|64)-bit",
          .prepare = plugin([](QByteArray &bytes) {
-             bytes[EI_CLASS] = char(bytes[EI_CLASS] == ELFCLASS64 ? ELFCLASS32 : ELFCLASS64);
+             bytes[EI_CLASS] = char(bytes.at(EI_CLASS) == ELFCLASS64 ? ELFCLASS32 : ELFCLASS64);
          })},
         {.name = "PluginIsText",
          .arguments = loadDamaged,
@@ -204,6 +206,8 @@ FaultCase badTimeLimit(const std::string &name, const QString &value)
                   .arg(QRegularExpression::escape(value))};
 }
 
+// A table, one row per input, however long: the size rule is for functions that do things.
+// NOLINTNEXTLINE(readability-function-size)
 std::vector<FaultCase> endlessScriptsCases()
 {
     const QString box = QStringLiteral("document.root.addShape('generator.Boxes.Box', 'Box');");

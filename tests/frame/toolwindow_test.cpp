@@ -2,24 +2,20 @@
 // SPDX-License-Identifier: MIT
 // The tool window frame: OK and every other way out, the frame, the panel and its object.
 #include "tests/frame/toolwindowtest.h"
+#include "tests/support/windowdriver.h"
 
 using namespace toolwindowtest;
 using vantrel::test::dump;
+using vantrel::test::WayOut;
+using vantrel::test::waysToCloseWithoutOk;
 
 TEST_F(ToolWindowTest, OkKeepsOneUndoStepAndEveryOtherWayOutRestoresTheScene)
 {
     const QByteArray before = dump(m_session.document());
     const int stepsBefore = m_session.document().history().undoCount();
 
-    const std::function<void(QDialog *)> waysOut[] = {
-        [](QDialog *w) { w->findChild<QPushButton *>(QStringLiteral("cancel"))->click(); },
-        [](QDialog *w) {
-            QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-            QCoreApplication::sendEvent(w, &escape);
-        },
-        [](QDialog *w) { w->close(); },
-    };
-    for (const auto &wayOut : waysOut) {
+    for (const WayOut &wayOut : waysToCloseWithoutOk()) {
+        SCOPED_TRACE(wayOut.name);
         TestWindow *window = open();
         ASSERT_NE(window, nullptr);
         ASSERT_TRUE(panel(window)->setPanelValue(QStringLiteral("angle"), 30.0));

@@ -11,6 +11,7 @@
 #include "hostapp/core/scene/scenenode.h"
 #include "tests/support/testsupport.h"
 #include "tests/support/toolssession.h"
+#include "tests/support/windowdriver.h"
 #include "tests/tools/fittoviewtest.h"
 #include "tools/fittoview/fittoviewimplementation.h"
 #include "tools/fittoview/vertexbounds.h"
@@ -32,6 +33,8 @@ using namespace fittoviewtest;
 using vantrel::test::addBoxNode;
 using vantrel::test::addPointsNode;
 using vantrel::test::Near;
+using vantrel::test::WayOut;
+using vantrel::test::waysToCloseWithoutOk;
 
 namespace {
 
@@ -183,15 +186,8 @@ TEST_F(FitToViewTest, TheWindowFitsAtOnceAndOnlyOkKeepsTheCamera)
     const CameraState before(camera());
     const int steps = document().history().undoCount();
     ITool *tool = m_session.tools().findTool(QStringLiteral("Fit To View..."));
-    const std::function<void(QDialog *)> waysOut[] = {
-        [](QDialog *w) { w->findChild<QPushButton *>(QStringLiteral("cancel"))->click(); },
-        [](QDialog *w) {
-            QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-            QCoreApplication::sendEvent(w, &escape);
-        },
-        [](QDialog *w) { w->close(); },
-    };
-    for (const auto &wayOut : waysOut) {
+    for (const WayOut &wayOut : waysToCloseWithoutOk()) {
+        SCOPED_TRACE(wayOut.name);
         tool->Execute(m_session.context());
         QDialog *window = m_session.userInterface().openWindow();
         ASSERT_NE(window, nullptr);

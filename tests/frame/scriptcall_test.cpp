@@ -117,29 +117,14 @@ protected:
 
 TEST_F(ScriptCallTest, ChecksRunInTheirOrderWithTheirMessagesAndChangeNothing)
 {
+    // Each tool's script tests check the messages its own calls get (usage, constructor,
+    // dictionary, node list, a check between two conversions) and that they change nothing. What
+    // no tool's call shows is that new is refused before the argument count is looked at.
     const QByteArray before = dump(m_document);
-    const struct
-    {
-        const char *program;
-        const char *message;
-    } cases[] = {
-        {"new tools.probe({})", "Do not call this as a constructor"},
-        {"new tools.probe()", "Do not call this as a constructor"},
-        {"tools.probe()", "Usage: tools.probe(params)"},
-        {"tools.probe({}, {})", "Usage: tools.probe(params)"},
-        {"tools.probe(5)", "The parameter has to be a dictionary"},
-        {"tools.probe([1])", "The parameter has to be a dictionary"},
-        {"tools.probe2({}, {})", "The first parameter has to be an array of nodes"},
-        {"tools.probe2([], 5)", "The first parameter has be a shape node"},
-        {"tools.probe2(document.root.children[0], 5)",
-         "The second parameter has to be a dictionary"},
-        {"tools.probe2(document.root.children[0])", "Usage: tools.probe2(nodes, params)"},
-    };
-    for (const auto &c : cases) {
-        EXPECT_EQ(call(QLatin1String(c.program)), QLatin1String(c.message)) << c.program;
-        EXPECT_TRUE(s_seen.isEmpty()) << c.program << " ran past its checks";
-        EXPECT_EQ(dump(m_document), before) << c.program;
-    }
+    EXPECT_EQ(call(QStringLiteral("new tools.probe()")),
+              QStringLiteral("Do not call this as a constructor"));
+    EXPECT_TRUE(s_seen.isEmpty()) << "ran past its checks";
+    EXPECT_EQ(dump(m_document), before);
     EXPECT_EQ(call(QStringLiteral("tools.probe2(document.root.children[0], {})")), QString());
     EXPECT_EQ(s_seen, QStringLiteral("ran"));
 }
@@ -169,10 +154,6 @@ TEST_F(ScriptCallTest, KeysMatchExactlyUnknownOnesAreIgnoredAndBadValuesBecomeZe
     EXPECT_EQ(s_seen, QStringLiteral("90 3 1")) << "missing keys leave the initial values";
     EXPECT_EQ(m_document.GetAmbientIntensity(), 0.5f) << "the call reached its document";
 
-    call(QStringLiteral("tools.probe({ANGLE: 10, Count: 7, other: 1})"));
-    EXPECT_EQ(s_seen, QStringLiteral("90 3 1"))
-        << "keys are case-sensitive; unknown keys are ignored";
-
     call(QStringLiteral("tools.probe({angle: 'abc', count: 'many', flag: 0})"));
     EXPECT_EQ(s_seen, QStringLiteral("0 1 0")) << "non-numbers convert to 0, then meet the limits";
 
@@ -180,31 +161,18 @@ TEST_F(ScriptCallTest, KeysMatchExactlyUnknownOnesAreIgnoredAndBadValuesBecomeZe
     EXPECT_EQ(s_seen, QStringLiteral("180 13 1"))
         << "limits of the write accessors; Qt's toInt rounds";
 
-    // Beyond the int range a count saturates rather than wrapping round to a small or negative
-    // number.
-    const struct
-    {
-        const char *count;
-        const char *seen;
-    } extremes[] = {{"3e9", "90 30 1"}, {"5e9", "90 30 1"}, {"-3e9", "90 1 1"}};
-    for (const auto &e : extremes) {
-        call(QStringLiteral("tools.probe({count: %1})").arg(QLatin1String(e.count)));
-        EXPECT_EQ(s_seen, QLatin1String(e.seen)) << e.count;
-    }
+    // Below the int range a count saturates rather than wrapping round to a large number (the
+    // tools' tests check the top of the range).
+    call(QStringLiteral("tools.probe({count: -3e9})"));
+    EXPECT_EQ(s_seen, QStringLiteral("90 1 1"));
 }
 
 TEST_F(ScriptCallTest, NumbersBeyondSinglePrecisionAreRefusedNamingTheKey)
 {
+    // The tools' tests refuse NaN, the infinities and 1e39 (as a number and as text) for their
+    // keys; these are the forms they do not write.
     const QByteArray before = dump(m_document);
-    for (const char *value : {"NaN",
-                              "Infinity",
-                              "-Infinity",
-                              "1e39",
-                              "-3.5e38",
-                              "'1e39'",
-                              "'inf'",
-                              "'1e400'",
-                              "new Number(Infinity)"}) {
+    for (const char *value : {"-3.5e38", "'inf'", "'1e400'", "new Number(Infinity)"}) {
         for (const char *key : {"angle", "count"}) {
             EXPECT_EQ(call(QStringLiteral("tools.probe({%1: %2})")
                                .arg(QLatin1String(key), QLatin1String(value)))
@@ -247,19 +215,15 @@ TEST_F(ScriptCallTest, ArgumentsAreReadWholeBeforeTheCallGoesOnAndTheScriptsOwnE
     call(QStringLiteral("tools.probe({angle: {valueOf: function () { return 45; }}})"));
     EXPECT_EQ(s_seen, QStringLiteral("45 3 1")) << "an object with a valueOf stands for its value";
 
-    // A getter of the dictionary that takes the node out of the scene, or even frees it (its
-    // creation undone, the redo discarded by a new change): the node list's message.
-    for (const char *change : {"n.remove()", "document.undo(); document.root.addGroup('Other')"}) {
-        EXPECT_EQ(call(QStringLiteral("var n = document.root.addGroup('N');"
-                                      "tools.probe2(n, {get a() { %1; return 1; }})")
-                           .arg(QLatin1String(change))),
-                  QStringLiteral("The first parameter has to be an array of nodes"))
-            << change;
-        EXPECT_TRUE(s_seen.isEmpty()) << change;
-    }
-    EXPECT_EQ(call(QStringLiteral("var n = document.root.addGroup('N'); n.remove();"
-                                  "tools.probe2([n], {})")),
-              QStringLiteral("The first parameter has to be an array of nodes"));
+    // A getter of the dictionary that frees a node of the list (its creation undone, the redo
+    // discarded by a new change): the node list's message. (The Stack's tests check a node
+    // taken out of the scene, before the call and by such a getter.)
+    EXPECT_EQ(
+        call(QStringLiteral("var n = document.root.addGroup('N');"
+                            "tools.probe2(n, {get a() {"
+                            "  document.undo(); document.root.addGroup('Other'); return 1; }})")),
+        QStringLiteral("The first parameter has to be an array of nodes"));
+    EXPECT_TRUE(s_seen.isEmpty());
 }
 
 #include "scriptcall_test.moc"

@@ -1,0 +1,148 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+// The desktop window's files, driven as a user drives them on a real X display (Xvfb): a file
+// that cannot be read or written is reported by name and the document stays, unsaved changes are
+// asked about, Save As goes through its file dialog, and the recent files menu opens them again.
+
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/files/scenedump.h"
+#include "hostapp/core/files/scenefile.h"
+#include "hostapp/core/scene/basenode.h"
+#include "tests/support/mainwindowdriver.h"
+#include "tests/support/windowdriver.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QFile>
+#include <QFileInfo>
+#include <QMenu>
+#include <QMessageBox>
+#include <QTest>
+
+namespace {
+
+using namespace vantrel::host;
+using namespace vantrel::test;
+
+// One suite across the window's test files: one fixture type.
+using MainWindowTest = MainWindowDriver;
+
+TEST_F(MainWindowTest, BrokenFileIsReportedByNameAndTheDocumentStays)
+{
+    ASSERT_TRUE(m_window->openFile(sampleScene()));
+    key(Qt::Key_F); // an unsaved change
+    const std::string before = dump();
+    const QString title = m_window->windowTitle();
+    const QString broken = QStringLiteral(VANTREL_SOURCE_DIR "/tests/errors/truncated.json");
+    bool result = true;
+    const QString message = messageOf([&] { result = m_window->openFile(broken); });
+    EXPECT_FALSE(result);
+    EXPECT_TRUE(message.contains(QStringLiteral("truncated.json"))) << message.toStdString();
+    EXPECT_EQ(dump(), before);
+    EXPECT_EQ(m_window->windowTitle(), title);
+    EXPECT_TRUE(m_window->isWindowModified());
+    EXPECT_EQ(document().history().undoCount(), 1);
+
+    // A save that cannot be written names the file and keeps the changes unsaved.
+    const QString unwritable = QStringLiteral("/nonexistent/folder/scene.vscene");
+    const QString saveMessage = messageOf([&] { result = m_window->saveFile(unwritable); });
+    EXPECT_FALSE(result);
+    EXPECT_TRUE(saveMessage.contains(unwritable)) << saveMessage.toStdString();
+    EXPECT_TRUE(m_window->isWindowModified());
+    EXPECT_EQ(dump(), before);
+}
+
+TEST_F(MainWindowTest, UnsavedChangesAreAskedAboutBeforeClosing)
+{
+    const QString scene = sampleScene();
+    ASSERT_TRUE(m_window->openFile(scene));
+    key(Qt::Key_F);
+    const std::string changed = dump();
+    ASSERT_TRUE(m_window->windowTitle().contains(QLatin1Char('*')) || m_window->isWindowModified());
+
+    // Cancel: the window stays with its changes.
+    withModal([this] { m_window->close(); },
+              [](QWidget *modal) {
+                  auto *box = qobject_cast<QMessageBox *>(modal);
+                  ASSERT_NE(box, nullptr);
+                  EXPECT_TRUE(box->text().contains(QStringLiteral("sample.vscene")));
+                  QTest::mouseClick(box->button(QMessageBox::Cancel), Qt::LeftButton);
+              });
+    EXPECT_TRUE(m_window->isVisible());
+    EXPECT_EQ(dump(), changed);
+
+    // Save: the file gets the changes and the window closes.
+    withModal([this] { m_window->close(); },
+              [](QWidget *modal) {
+                  auto *box = qobject_cast<QMessageBox *>(modal);
+                  ASSERT_NE(box, nullptr);
+                  QTest::mouseClick(box->button(QMessageBox::Save), Qt::LeftButton);
+              });
+    EXPECT_FALSE(m_window->isVisible());
+    QString error;
+    std::unique_ptr<Document> saved = SceneFile::load(scene, &error);
+    ASSERT_NE(saved, nullptr) << error.toStdString();
+    EXPECT_EQ(dumpScene(*saved).toStdString(), changed);
+}
+
+TEST_F(MainWindowTest, SaveAsNewAndRecentFiles)
+{
+    const QString scene = sampleScene();
+    ASSERT_TRUE(m_window->openFile(scene));
+    const std::string sample = dump();
+    EXPECT_EQ(m_window->windowTitle(), QStringLiteral("sample.vscene[*] — Vantrel"));
+    EXPECT_FALSE(m_window->isWindowModified());
+
+    key(Qt::Key_F);
+    EXPECT_TRUE(m_window->isWindowModified());
+    // Save As through its file dialog: a name without a suffix gets ".vscene".
+    const QString copy = m_folder.filePath(QStringLiteral("copy.vscene"));
+    QMenu *file
+        = qobject_cast<QMenu *>(m_window->recentMenu()->menuAction()->associatedWidgets().first());
+    ASSERT_NE(file, nullptr);
+    withModal([&] { pick(file, QStringLiteral("Save &As...")); },
+              [](QWidget *modal) { enterFileName(modal, QStringLiteral("copy")); });
+    ASSERT_TRUE(QFile::exists(copy));
+    EXPECT_EQ(m_window->windowTitle(), QStringLiteral("copy.vscene[*] — Vantrel"));
+    EXPECT_FALSE(m_window->isWindowModified());
+    const std::string floored = dump();
+    EXPECT_EQ(
+        m_window->recentFiles(),
+        QStringList({QFileInfo(copy).absoluteFilePath(), QFileInfo(scene).absoluteFilePath()}));
+
+    // New after a change asks; Discard empties the scene.
+    key(Qt::Key_F);
+    pick(editMenu(), QStringLiteral("&Undo Put On The Floor"));
+    ASSERT_FALSE(m_window->isWindowModified()); // undone back to the saved state: nothing to ask
+    document().SetSelection({}, Document::ReplaceSelection);
+    ASSERT_TRUE(m_window->isWindowModified());
+    withModal([this] { m_window->newDocument(); },
+              [](QWidget *modal) {
+                  auto *box = qobject_cast<QMessageBox *>(modal);
+                  ASSERT_NE(box, nullptr);
+                  QTest::mouseClick(box->button(QMessageBox::Discard), Qt::LeftButton);
+              });
+    EXPECT_EQ(document().root()->GetChildren().size(), 0u);
+    EXPECT_EQ(m_window->windowTitle(), QStringLiteral("Untitled[*] — Vantrel"));
+
+    // The recent files menu opens the sample again; a file gone since is reported and dropped.
+    QMenu *recent = m_window->recentMenu();
+    pick(file, QStringLiteral("Open &Recent"));
+    ASSERT_TRUE(QTest::qWaitFor([recent] { return recent->isVisible(); }, 5000));
+    QAction *second = recent->actions().at(1);
+    QTest::mouseClick(recent, Qt::LeftButton, {}, recent->actionGeometry(second).center());
+    ASSERT_TRUE(
+        QTest::qWaitFor([this] { return m_window->filePath().endsWith("sample.vscene"); }, 5000));
+    EXPECT_EQ(dump(), sample);
+    ASSERT_TRUE(m_window->openFile(copy));
+    EXPECT_EQ(dump(), floored);
+
+    ASSERT_TRUE(QFile::remove(scene));
+    const QString message = messageOf([&] { m_window->openFile(scene); });
+    EXPECT_TRUE(message.contains(QStringLiteral("sample.vscene"))) << message.toStdString();
+    EXPECT_EQ(m_window->recentFiles(), QStringList({QFileInfo(copy).absoluteFilePath()}));
+    EXPECT_EQ(dump(), floored);
+}
+
+} // namespace

@@ -1,0 +1,130 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "tests/support/mainwindowdriver.h"
+
+#include "hostapp/core/commands/samplescene.h"
+#include "hostapp/core/commands/session.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/core/files/scenedump.h"
+#include "hostapp/core/files/scenefile.h"
+#include "hostapp/desktop/sceneview.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <vector>
+
+namespace vantrel::test {
+
+using host::Document;
+using host::MainWindow;
+using host::SceneFile;
+using host::Session;
+
+void MainWindowDriver::SetUp()
+{
+    ASSERT_TRUE(m_folder.isValid());
+    m_window = std::make_unique<MainWindow>(QStringLiteral(VANTREL_TOOLS_PLUGIN),
+                                            m_folder.filePath(QStringLiteral("settings.ini")));
+    QString error;
+    ASSERT_TRUE(m_window->initialize(&error)) << error.toStdString();
+    m_window->move(0, 0);
+    m_window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(m_window.get()));
+    m_window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
+}
+
+QString MainWindowDriver::sampleScene()
+{
+    const QString path = m_folder.filePath(QStringLiteral("sample.vscene"));
+    if (!QFile::exists(path)) {
+        Document document;
+        const std::vector<INode *> hovering = buildSampleScene(document);
+        document.SetSelection(hovering, Document::ReplaceSelection);
+        QString error;
+        EXPECT_TRUE(SceneFile::save(path, document, &error)) << error.toStdString();
+    }
+    return path;
+}
+
+std::string MainWindowDriver::dump()
+{
+    return host::dumpScene(document()).toStdString();
+}
+
+std::string MainWindowDriver::scripted(const QString &scenePath, const QString &program)
+{
+    QString error;
+    std::unique_ptr<Document> loaded = SceneFile::load(scenePath, &error);
+    EXPECT_NE(loaded, nullptr) << error.toStdString();
+    if (!loaded)
+        return std::string();
+    Session session(std::move(loaded));
+    EXPECT_TRUE(session.loadToolsPlugin(QStringLiteral(VANTREL_TOOLS_PLUGIN), &error));
+    EXPECT_TRUE(session.runner().evaluate(program, QStringLiteral("expected.js"), &error))
+        << error.toStdString();
+    return host::dumpScene(session.document()).toStdString();
+}
+
+QAction *MainWindowDriver::menuAction(QMenu *menu, const QString &text)
+{
+    for (QAction *action : menu->actions()) {
+        if (action->text() == text)
+            return action;
+    }
+    return nullptr;
+}
+
+void MainWindowDriver::pick(QMenu *menu, const QString &text)
+{
+    QMenuBar *bar = m_window->menuBar();
+    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(menu->menuAction()).center());
+    ASSERT_TRUE(QTest::qWaitFor([menu] { return menu->isVisible(); }, 5000));
+    QAction *action = menuAction(menu, text);
+    ASSERT_NE(action, nullptr) << text.toStdString();
+    ASSERT_TRUE(action->isEnabled()) << text.toStdString();
+    QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
+}
+
+void MainWindowDriver::key(Qt::Key pressed)
+{
+    // Without a window manager the main window does not get the keyboard back by itself after a
+    // tool window closed, and shortcuts go to the active window.
+    m_window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
+    m_window->view()->setFocus();
+    QTest::keyClick(m_window->view(), pressed);
+}
+
+QMenu *MainWindowDriver::editMenu()
+{
+    return m_window->undoAction()->associatedWidgets().isEmpty()
+               ? nullptr
+               : qobject_cast<QMenu *>(m_window->undoAction()->associatedWidgets().first());
+}
+
+void MainWindowDriver::screenshot(QWidget *toolWindow, const QString &name)
+{
+    QApplication::processEvents();
+    // The screen is read back from the display, so the view's last change must have reached it:
+    // a frame asked for now is on the screen once the view's window has swapped it in.
+    QSignalSpy swapped(m_window->view(), &QOpenGLWidget::frameSwapped);
+    m_window->view()->update();
+    EXPECT_TRUE(QTest::qWaitFor([&swapped] { return !swapped.isEmpty(); }, 5000))
+        << "the view drew no frame";
+    const QRect area = m_window->frameGeometry().united(toolWindow->frameGeometry());
+    const QPixmap shot = QGuiApplication::primaryScreen()->grabWindow(
+        0, area.x(), area.y(), area.width(), area.height());
+    QDir().mkpath(QStringLiteral(VANTREL_SCREENSHOT_DIR));
+    EXPECT_TRUE(shot.save(QStringLiteral(VANTREL_SCREENSHOT_DIR "/%1.png").arg(name)));
+}
+
+} // namespace vantrel::test
