@@ -104,8 +104,8 @@ private:
     static Row rowFor(const INode *node);
 
     void updateStructure(Mirror *mirror);
-    void insertRows(Mirror *mirror, int first, int count);
-    void removeRows(Mirror *mirror, int first, int count);
+    void insertMirrorRows(Mirror *mirror, int first, int count);
+    void removeMirrorRows(Mirror *mirror, int first, int count);
     void relayout(Mirror *mirror, int prefix, int suffix);
     void dropMirror(Mirror *mirror);
     void updateData(Mirror *mirror);

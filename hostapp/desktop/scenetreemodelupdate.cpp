@@ -95,9 +95,9 @@ void SceneTreeModel::updateStructure(Mirror *mirror)
         const std::size_t suffix
             = commonSuffix(old.data() + oldCount, live.data() + newCount, common - prefix);
         if (prefix + suffix == oldCount)
-            insertRows(mirror, int(prefix), int(newCount - oldCount));
+            insertMirrorRows(mirror, int(prefix), int(newCount - oldCount));
         else if (prefix + suffix == newCount)
-            removeRows(mirror, int(prefix), int(oldCount - newCount));
+            removeMirrorRows(mirror, int(prefix), int(oldCount - newCount));
         else
             relayout(mirror, int(prefix), int(suffix));
     }
@@ -106,7 +106,7 @@ void SceneTreeModel::updateStructure(Mirror *mirror)
         updateStructure(child);
 }
 
-void SceneTreeModel::insertRows(Mirror *mirror, int first, int count)
+void SceneTreeModel::insertMirrorRows(Mirror *mirror, int first, int count)
 {
     const std::vector<INode *> &live = mirror->node->GetChildren();
     beginInsertRows(indexOfMirror(mirror), first, first + count - 1);
@@ -123,7 +123,7 @@ void SceneTreeModel::insertRows(Mirror *mirror, int first, int count)
     endInsertRows();
 }
 
-void SceneTreeModel::removeRows(Mirror *mirror, int first, int count)
+void SceneTreeModel::removeMirrorRows(Mirror *mirror, int first, int count)
 {
     const int last = first + count - 1;
     beginRemoveRows(indexOfMirror(mirror), first, last);

@@ -38,7 +38,8 @@ struct SetsSelectionRaw<
 // No caller changes the scene without an undo step: neither the document nor its history takes
 // a change from outside, the document cannot be used as a change recorder, and its raw setters
 // are its own. (A change object handed in could edit the tree behind the recorded operations.)
-static_assert(!TakesChanges<Document>::value && !TakesChanges<UndoHistory>::value);
+static_assert(!TakesChanges<Document>::value);
+static_assert(!TakesChanges<UndoHistory>::value);
 static_assert(!std::is_convertible_v<Document *, ChangeRecorder *>);
 static_assert(!SetsSelectionRaw<Document>::value);
 

@@ -22,17 +22,17 @@ class Document;
 
 // Every name the scene format uses, typed once for SceneReader and SceneWriter.
 namespace scenekey {
-inline constexpr QLatin1String format("format"), version("version"), ambient("ambient"),
+inline const QLatin1String format("format"), version("version"), ambient("ambient"),
     lightingMode("lightingMode"), camera("camera"), selection("selection"), root("root");
-inline constexpr QLatin1String target("target"), distance("distance"), yaw("yaw"), pitch("pitch"),
+inline const QLatin1String target("target"), distance("distance"), yaw("yaw"), pitch("pitch"),
     fieldOfView("fieldOfView"), aspectRatio("aspectRatio");
-inline constexpr QLatin1String name("name"), type("type"), visible("visible"), position("position"),
+inline const QLatin1String name("name"), type("type"), visible("visible"), position("position"),
     rotation("rotation"), scale("scale"), children("children");
-inline constexpr QLatin1String generator("generator"), params("params");
-inline constexpr QLatin1String intensity("intensity"), shadowBlur("shadowBlur"),
+inline const QLatin1String generator("generator"), params("params");
+inline const QLatin1String intensity("intensity"), shadowBlur("shadowBlur"),
     castShadows("castShadows"), lightMode("lightMode");
 // The values of the type field.
-inline constexpr QLatin1String group("group"), shape("shape"), light("light");
+inline const QLatin1String group("group"), shape("shape"), light("light");
 } // namespace scenekey
 
 // Reads the contents of one scene file (SceneFile describes the format and the limits) into a
