@@ -3,14 +3,19 @@
 // The host's tree operations on one group of 27 000 children, the size of the largest grid of
 // copies a user can make: cloning the children (with a name and a place each, as a grid of
 // copies does), deleting them all at once, undoing that deletion, and cancelling the whole build.
+// Then opening that grid from its scene file: reading it, and the first bounding box of the
+// whole scene, which gets every shape its mesh.
 
 #include "host/hostfunctions.h"
 #include "hostapp/core/document/document.h"
+#include "hostapp/core/files/scenefile.h"
 #include "hostapp/core/scene/meshnode.h"
 
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
+
+#include <chrono>
 
 using namespace vantrel::host;
 
@@ -106,6 +111,39 @@ void BM_CancelBuildOf27000Children(benchmark::State &state)
     state.counters["left"] = double(grid.group->GetChildren().size());
 }
 BENCHMARK(BM_CancelBuildOf27000Children)->Unit(benchmark::kMillisecond);
+
+void BM_Open27000BoxSceneFile(benchmark::State &state)
+{
+    QByteArray json;
+    {
+        Grid grid;
+        grid.build();
+        json = SceneFile::toJson(grid.document);
+    }
+    using Clock = std::chrono::steady_clock;
+    double reading = 0, bounding = 0;
+    std::size_t children = 0;
+    for (auto _ : state) {
+        const Clock::time_point start = Clock::now();
+        QString error;
+        std::unique_ptr<Document> document
+            = SceneFile::fromJson(json, QStringLiteral("grid.vscene"), &error);
+        const Clock::time_point read = Clock::now();
+        const TBBox<float> box = ComputeNodeBBox(document->GetRootNode());
+        const Clock::time_point bounded = Clock::now();
+        benchmark::DoNotOptimize(box);
+        state.PauseTiming();
+        children = document->GetRootNode()->GetChildren().front()->GetChildren().size();
+        document.reset(); // the next run starts without any of these meshes
+        state.ResumeTiming();
+        reading += std::chrono::duration<double, std::milli>(read - start).count();
+        bounding += std::chrono::duration<double, std::milli>(bounded - read).count();
+    }
+    state.counters["read_ms"] = reading / double(state.iterations());
+    state.counters["first_bounds_ms"] = bounding / double(state.iterations());
+    state.counters["children"] = double(children);
+}
+BENCHMARK(BM_Open27000BoxSceneFile)->Unit(benchmark::kMillisecond);
 
 } // namespace
 
