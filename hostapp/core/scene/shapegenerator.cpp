@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/scene/shapegenerator.h"
 
+#include "hostapp/core/scene/meshcache.h"
 #include "hostapp/core/undo/change.h"
 
 #include <QMetaProperty>
@@ -39,8 +40,13 @@ ShapeGenerator::~ShapeGenerator() = default;
 
 MeshPtr ShapeGenerator::mesh() const
 {
-    if (!m_mesh)
-        m_mesh = build();
+    if (!m_mesh) {
+        if (meshFollowsParameters())
+            m_mesh = MeshCache::instance().get(
+                meshKey(m_typeId, metaObject()->className(), m_values), [this] { return build(); });
+        else
+            m_mesh = build();
+    }
     return m_mesh;
 }
 

@@ -28,6 +28,9 @@ class ChangeRecorder;
 // A property whose STORED says false for this generator is none of its parameters.
 // A parameter write is recorded in the owning document's undo history, and the mesh is rebuilt
 // (lazily, on the next mesh() call) for this generator only: clones keep sharing the old one.
+// Generators whose build() reads nothing but the identifier and the parameter values say so
+// (meshFollowsParameters), and then share one mesh with every generator of the same kind and
+// values through the MeshCache.
 class VANTREL_HOST_EXPORT ShapeGenerator : public QObject, public ISerializable
 {
     Q_OBJECT
@@ -70,6 +73,10 @@ protected:
 
     // Builds the mesh from the current values. Called on the GUI thread.
     virtual MeshPtr build() const = 0;
+    // True when build() reads nothing but GetTypeId() and the values, so that its mesh may be
+    // shared with every generator of the same class, identifier and values. Off unless a class
+    // says so: a generator with other state of its own (a model read from a file) never shares.
+    virtual bool meshFollowsParameters() const { return false; }
     // A fresh generator of the same class and identifier, values not yet copied.
     virtual std::unique_ptr<ShapeGenerator> create() const = 0;
 

@@ -32,6 +32,7 @@ public:
 
 protected:
     MeshPtr build() const override;
+    bool meshFollowsParameters() const override { return true; }
     std::unique_ptr<ShapeGenerator> create() const override;
 };
 

@@ -49,6 +49,10 @@ public:
 protected:
     SizedShapeGenerator(const char *typeId, DepthName depthName, const Size &defaults);
 
+    // Every sized shape is built from its identifier and values alone; a derived class that
+    // keeps other state its build() reads must say false.
+    bool meshFollowsParameters() const override { return true; }
+
     // The outline of the front, x from -width / 2 to width / 2 and z from 0 to height, with the
     // given corners, for slabs that MeshBuilder::addPrism extrudes along y.
     MeshBuilder::Outline frontOutline(const MeshBuilder::CornerRadii &radii,

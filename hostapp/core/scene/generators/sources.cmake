@@ -6,6 +6,7 @@
 set(VANTREL_GENERATOR_SOURCES
     scene/generatorregistry.cpp scene/generatorregistry.h
     scene/meshbuilder.cpp scene/meshbuilder.h
+    scene/meshcache.cpp scene/meshcache.h
     scene/outline.cpp scene/outline.h
     scene/vertexframes.cpp scene/vertexframes.h
     scene/generators/bookgenerator.cpp scene/generators/bookgenerator.h
