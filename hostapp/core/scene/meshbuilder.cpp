@@ -19,8 +19,6 @@ namespace {
 // corners of a rectangle stay crisp.
 constexpr float SmoothingCosine = 0.64f;
 
-constexpr double Pi = 3.14159265358979323846;
-
 Vector3 normalized(const Vector3 &a, const Vector3 &fallback)
 {
     return unitVertexVector(a, fallback);

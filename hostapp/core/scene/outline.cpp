@@ -15,8 +15,6 @@ namespace {
 // (radians) are one sample.
 constexpr float SameDirection = 1e-5f;
 
-constexpr double Pi = 3.14159265358979323846;
-
 float cross2(float ax, float az, float bx, float bz)
 {
     return ax * bz - az * bx;

@@ -12,6 +12,9 @@
 
 namespace vantrel::host {
 
+// The outlines' arcs and the mesh builder's angles are worked out in double precision.
+inline constexpr double Pi = 3.14159265358979323846;
+
 // A point of an outline in the xz-plane, in centimetres.
 struct OutlinePoint
 {
