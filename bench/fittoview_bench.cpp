@@ -14,6 +14,7 @@
 #include "hostapp/core/scene/meshnode.h"
 #include "tools/fittoview/fittoviewimplementation.h"
 #include "tools/fittoview/vertexbounds.h"
+#include "tools/fittoview/vertexlanes.h"
 
 #include <benchmark/benchmark.h>
 
@@ -23,10 +24,13 @@
 #include <QtConcurrent>
 
 #include <algorithm>
+#include <cfloat>
 #include <cstdio>
+#include <cstring>
 #include <random>
 
 using namespace vantrel::host;
+using namespace fittoview;
 
 namespace {
 
@@ -126,7 +130,88 @@ void passes(std::size_t count, int runs)
                 inside ? "" : "  [containment failed: the camera is not far enough]");
 }
 
-// A whole fit of a document holding one mesh of count vertices.
+// The machine's limit for one pass over the vertex list: the smallest and largest x, y and z,
+// four lanes at a time, in the blocks a pass uses, on both threads. Nothing a pass could do over
+// every vertex can take less. (The list's length is a multiple of four here.)
+void limitPass(const std::vector<Vector3> &vertices, float out[6])
+{
+    struct Block
+    {
+        const Vector3 *begin, *end;
+        Float4 low[3], high[3];
+    };
+    std::vector<Block> blocks;
+    for (std::size_t k = 0; k < vertices.size(); k += VerticesPerBlock) {
+        const std::size_t end = std::min(k + std::size_t(VerticesPerBlock), vertices.size());
+        blocks.push_back(Block{vertices.data() + k, vertices.data() + end, {}, {}});
+    }
+    runBlocks(blocks, [](Block &block) {
+        Float4 low[3], high[3];
+        for (int k = 0; k < 3; ++k) {
+            low[k] = Float4{} + FLT_MAX;
+            high[k] = Float4{} - FLT_MAX;
+        }
+        for (const Vector3 *v = block.begin; block.end - v >= 4; v += 4) {
+            Float4 c[3];
+            load4(v, c[0], c[1], c[2]);
+            for (int k = 0; k < 3; ++k) {
+                low[k] = c[k] < low[k] ? c[k] : low[k];
+                high[k] = c[k] > high[k] ? c[k] : high[k];
+            }
+        }
+        for (int k = 0; k < 3; ++k) {
+            block.low[k] = low[k];
+            block.high[k] = high[k];
+        }
+    });
+    for (int k = 0; k < 3; ++k) {
+        out[k] = FLT_MAX;
+        out[3 + k] = -FLT_MAX;
+    }
+    for (const Block &block : blocks) {
+        for (int k = 0; k < 3; ++k) {
+            for (int lane = 0; lane < 4; ++lane) {
+                out[k] = std::min(out[k], block.low[k][lane]);
+                out[3 + k] = std::max(out[3 + k], block.high[k][lane]);
+            }
+        }
+    }
+}
+
+struct FitResult
+{
+    double milliseconds;
+    Vector3 target;
+    float distance, aspectRatio;
+    int passes, fullPasses;
+    std::size_t candidates;
+};
+
+FitResult fitOnce(Document &document, FitProbes::Measuring measuring, int runs)
+{
+    FitResult result{};
+    ICamera *view = document.GetCamera();
+    result.milliseconds = medianMilliseconds(runs, [&] {
+        FitToViewImplementation settings(&document, measuring);
+        result.target = view->GetTarget();
+        result.distance = view->GetDistance();
+        result.aspectRatio = view->GetAspectRatio();
+        result.passes = settings.passCount();
+        result.fullPasses = settings.fullPassCount();
+        result.candidates = settings.candidateCount();
+    });
+    return result;
+}
+
+bool sameCamera(const FitResult &a, const FitResult &b)
+{
+    return std::memcmp(&a.target, &b.target, sizeof a.target) == 0
+           && std::memcmp(&a.distance, &b.distance, sizeof a.distance) == 0
+           && std::memcmp(&a.aspectRatio, &b.aspectRatio, sizeof a.aspectRatio) == 0;
+}
+
+// A whole fit of a document holding one mesh of count vertices, as a multiple of the limit pass
+// over the same count, and against the fit that passes over every vertex for every probe.
 void wholeFit(std::size_t count, int runs)
 {
     const std::vector<Vector3> points = randomVertices(count);
@@ -144,28 +229,33 @@ void wholeFit(std::size_t count, int runs)
     Document document;
     document.root()->createChildMesh(std::move(generator), QStringLiteral("Cloud"));
 
-    int passCount = 0;
-    const double fit = medianMilliseconds(runs, [&] {
-        FitToViewImplementation settings(&document);
-        passCount = settings.passCount();
-    });
+    float box[6];
+    const double limit = medianMilliseconds(runs * 3, [&] { limitPass(points, box); });
+    benchmark::DoNotOptimize(box);
     std::vector<Vector3> gathered;
     const double gathering = medianMilliseconds(runs, [&] {
         gathered.clear();
-        gathered.shrink_to_fit();
         collectVertices(gathered, document.GetRootNode(), Matrix());
     });
-    std::printf("gathering the world positions once: %.3f ms\n", gathering);
-    const double reference
-        = medianMilliseconds(runs, [&] { benchmark::DoNotOptimize(streamingSum(gathered)); });
-    std::printf("whole fit, %.0f M vertices: %8.3f ms, %d passes; %d x streaming sum = %.3f ms; "
-                "ratio %.2f\n",
+    const FitResult fit = fitOnce(document, FitProbes::Filtered, runs);
+    const FitResult full = fitOnce(document, FitProbes::FullPasses, std::max(1, runs / 3));
+    std::printf("%2.0f M vertices: limit pass %7.3f ms | gathering %7.3f ms (%5.2f limit passes)\n"
+                "   whole fit %8.3f ms = %5.2f limit passes: %d probes, %d over every vertex,"
+                " the rest over %zu candidates\n"
+                "   the fit passing over every vertex every time: %8.3f ms = %6.2f limit passes;"
+                " same camera: %s\n",
                 double(count) / 1e6,
-                fit,
-                passCount,
-                passCount,
-                passCount * reference,
-                fit / (passCount * reference));
+                limit,
+                gathering,
+                gathering / limit,
+                fit.milliseconds,
+                fit.milliseconds / limit,
+                fit.passes,
+                fit.fullPasses,
+                fit.candidates,
+                full.milliseconds,
+                full.milliseconds / limit,
+                sameCamera(fit, full) ? "yes" : "NO");
 }
 
 } // namespace
@@ -185,6 +275,7 @@ int main(int argc, char **argv)
         passes(1000000, runs);
         passes(10000000, runs);
     }
-    wholeFit(1000000, std::max(1, runs / 5));
+    wholeFit(1000000, std::max(1, runs / 3));
+    wholeFit(10000000, std::max(1, runs / 5));
     return 0;
 }

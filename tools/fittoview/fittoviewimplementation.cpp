@@ -7,6 +7,7 @@
 #include "host/idocument.h"
 #include "host/inode.h"
 #include "hostapp/ui/propertieslistbuilder.h"
+#include "tools/fittoview/fitprobes.h"
 #include "tools/fittoview/fittoviewsettings.h"
 #include "tools/fittoview/vertexbounds.h"
 
@@ -40,10 +41,12 @@ Matrix projectionFor(const ICamera *camera)
 
 } // namespace
 
-FitToViewImplementation::FitToViewImplementation(IDocument *document)
+FitToViewImplementation::FitToViewImplementation(IDocument *document,
+                                                 FitProbes::Measuring measuring)
     : ToolSettings(document, false)
     , m_padding(paddingSetting.initial)
     , m_keepAspect(keepAspectSetting.initial != 0.0f)
+    , m_measuring(measuring)
 {
     const ICamera *view = camera();
     m_savedDistance = view->GetDistance();
@@ -67,28 +70,15 @@ ICamera *FitToViewImplementation::camera() const
     return document()->GetCamera();
 }
 
-bool FitToViewImplementation::inside(const std::vector<Vector3> &vertices,
-                                     ICamera *view,
-                                     const Matrix &projection)
-{
-    ++m_passes;
-    return allVerticesInside(vertices, view->GetGlobalMatrix(), projection);
-}
-
 void FitToViewImplementation::computeFit()
 {
     std::vector<Vector3> vertices;
     collectVertices(vertices, document()->GetRootNode(), Matrix());
     if (vertices.empty())
         return;
-    float low[3] = {FLT_MAX, FLT_MAX, FLT_MAX}, high[3] = {-FLT_MAX, -FLT_MAX, -FLT_MAX};
-    for (const Vector3 &v : vertices) {
-        const float c[3] = {v.x, v.y, v.z};
-        for (int axis = 0; axis < 3; ++axis) {
-            low[axis] = std::min(low[axis], c[axis]);
-            high[axis] = std::max(high[axis], c[axis]);
-        }
-    }
+    // The camera turns nowhere in the fit: its orientation now is the one every probe shares.
+    FitProbes probes(vertices, camera()->GetGlobalMatrix(), m_measuring);
+    const float *low = probes.low(), *high = probes.high();
     for (int axis = 0; axis < 3; ++axis) {
         if (low[axis] > high[axis])
             return;
@@ -103,14 +93,12 @@ void FitToViewImplementation::computeFit()
     view->SetDistance(std::sqrt(dx * dx + dy * dy + dz * dz));
 
     for (int round = 0; round < Rounds; ++round) {
-        fitDistance(vertices, view, projection);
+        fitDistance(probes, view, projection);
         const Matrix global = view->GetGlobalMatrix();
         const Vector3 left{global[4], global[5], global[6]};
         const Vector3 up{global[8], global[9], global[10]};
         for (int step = 0; step < CentringSteps; ++step) {
-            ++m_passes;
-            const ProjectedBounds b
-                = computeProjectedBounds(vertices, view->GetGlobalMatrix(), projection);
+            const ProjectedBounds b = probes.bounds(view->GetGlobalMatrix(), projection);
             const float d = view->GetDistance();
             // The world offset that, at the target's distance, shows as the offset of the
             // bounds' centre from the image's centre.
@@ -122,9 +110,7 @@ void FitToViewImplementation::computeFit()
                                     t.z - sx * left.z + sy * up.z});
         }
         if (!m_keepAspect) {
-            ++m_passes;
-            const ProjectedBounds b
-                = computeProjectedBounds(vertices, view->GetGlobalMatrix(), projection);
+            const ProjectedBounds b = probes.bounds(view->GetGlobalMatrix(), projection);
             const float height = b.maxY - b.minY;
             // Without a projected height the shape says nothing about the ratio: keep it.
             if (height > 0.0f && std::isfinite(height)) {
@@ -138,17 +124,20 @@ void FitToViewImplementation::computeFit()
             }
         }
     }
-    fitDistance(vertices, view, projection);
+    fitDistance(probes, view, projection);
     m_fitDistanceBase = view->GetDistance();
+    m_passes += probes.probeCount();
+    m_fullPasses += probes.fullPassCount();
+    m_candidates = probes.candidateCount();
     view->SetDistance((m_padding + 1.0f) * m_fitDistanceBase);
 }
 
-void FitToViewImplementation::fitDistance(const std::vector<Vector3> &vertices,
+void FitToViewImplementation::fitDistance(FitProbes &probes,
                                           ICamera *view,
                                           const Matrix &projection)
 {
     // Grow until everything fits, or until the camera refuses a longer distance (its ceiling).
-    while (!inside(vertices, view, projection)) {
+    while (!probes.inside(view->GetGlobalMatrix(), projection)) {
         const float d = view->GetDistance();
         const float doubled = d + d;
         view->SetDistance(doubled);
@@ -160,7 +149,7 @@ void FitToViewImplementation::fitDistance(const std::vector<Vector3> &vertices,
     for (int step = 0; step < BisectionSteps; ++step) {
         const float mid = (hi + lo) * 0.5f;
         view->SetDistance(mid);
-        if (inside(vertices, view, projection))
+        if (probes.inside(view->GetGlobalMatrix(), projection))
             hi = mid;
         else
             lo = mid;

@@ -4,6 +4,7 @@
 
 #include "frame/toolsettings.h"
 #include "host/types.h"
+#include "tools/fittoview/fitprobes.h"
 
 #include <vector>
 
@@ -22,7 +23,10 @@ class FitToViewImplementation final : public ToolSettings
     Q_PROPERTY(bool keepAspect READ GetKeepAspect WRITE SetKeepAspect)
 
 public:
-    explicit FitToViewImplementation(IDocument *document);
+    // FullPasses measures every probe over the whole vertex list: the reference the filtered
+    // probes are compared with.
+    explicit FitToViewImplementation(IDocument *document,
+                                     FitProbes::Measuring measuring = FitProbes::Filtered);
     ~FitToViewImplementation() override;
 
     float GetPadding() const { return m_padding; }
@@ -37,15 +41,16 @@ public:
 
     // The tightest distance the last fit found, before the padding; 0 before any fit.
     float fitDistanceBase() const { return m_fitDistanceBase; }
-    // The vertex passes run since construction, for measurements.
+    // For measurements, since construction: the probes asked, how many of them needed a pass
+    // over the whole list, and how many vertices the last fit's probes ran on.
     int passCount() const { return m_passes; }
+    int fullPassCount() const { return m_fullPasses; }
+    std::size_t candidateCount() const { return m_candidates; }
 
 private:
     void computeFit();
-    void
-    fitDistance(const std::vector<Vector3> &vertices, ICamera *camera, const Matrix &projection);
+    void fitDistance(FitProbes &probes, ICamera *camera, const Matrix &projection);
     ICamera *camera() const;
-    bool inside(const std::vector<Vector3> &vertices, ICamera *camera, const Matrix &projection);
 
     float m_savedDistance;
     float m_savedAspectRatio;
@@ -53,5 +58,8 @@ private:
     float m_fitDistanceBase = 0.0f;
     float m_padding; // these two start from the settings table's initial values
     bool m_keepAspect;
+    FitProbes::Measuring m_measuring;
     int m_passes = 0;
+    int m_fullPasses = 0;
+    std::size_t m_candidates = 0;
 };
