@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "tools/fittoview/hullfilter.h"
 
+#include "tools/fittoview/planepolygon.h"
+
 #include "tools/fittoview/vertexbounds.h"
 #include "tools/fittoview/vertexlanes.h"
 
@@ -18,7 +20,7 @@ namespace {
 // Slot 2k holds the largest value of quantity k, slot 2k + 1 the smallest.
 constexpr int Quantities = 7;
 constexpr int Slots = 2 * Quantities;
-constexpr int Depth = 0, Right = 1, Up = 4;
+constexpr int Right = 1, Up = 4;
 // The slots whose vertices span each plane's polygon.
 constexpr int PlaneSlots[2][8] = {{0, 1, 2, 3, 4, 5, 6, 7}, {0, 1, 8, 9, 10, 11, 12, 13}};
 
@@ -189,81 +191,29 @@ double dot(const std::array<double, 3> &a, const Vector3 &v)
     return a[0] * double(v.x) + a[1] * double(v.y) + a[2] * double(v.z);
 }
 
-double cross(const Point2 &o, const Point2 &a, const Point2 &b)
+// One plane's polygon through the given vertices: the edges the classifying pass tests (pulled in
+// by the left-out margin plus twice the rounding margin, one for the vertices' plane coordinates
+// and one for the test's own arithmetic) and the region the probes may then assume for the
+// vertices left out (pulled in by the left-out margin only, less a hair for the rounding of this
+// very computation). No edges when the polygon spans no area or nothing is that far inside.
+struct PlanePolygon
 {
-    return (a.depth - o.depth) * (b.across - o.across)
-           - (a.across - o.across) * (b.depth - o.depth);
-}
+    std::vector<Point2> hull;
+    std::vector<Edge> edges;
+};
 
-// The convex hull of a few points, counter-clockwise, without collinear points.
-std::vector<Point2> convexHull(std::vector<Point2> points)
+PlanePolygon
+buildPlane(const std::vector<Point2> &points, double leftOut, double rounding, PlaneRegion &region)
 {
-    std::sort(points.begin(), points.end(), [](const Point2 &a, const Point2 &b) {
-        return a.depth < b.depth || (a.depth == b.depth && a.across < b.across);
-    });
-    if (points.size() < 3)
-        return {};
-    std::vector<Point2> hull(2 * points.size());
-    std::size_t k = 0;
-    for (const Point2 &p : points) {
-        while (k >= 2 && cross(hull[k - 2], hull[k - 1], p) <= 0)
-            --k;
-        hull[k++] = p;
+    PlanePolygon polygon{convexHull(points), {}};
+    region.corners = pulledIn(polygon.hull, leftOut - rounding * 1e-6);
+    if (region.corners.empty())
+        return polygon;
+    for (const HalfPlane &h : edgesOf(polygon.hull)) {
+        polygon.edges.push_back(
+            Edge{float(h.nDepth), float(h.nAcross), float(h.limit - leftOut - 2.0 * rounding)});
     }
-    for (std::size_t i = points.size() - 1, lower = k + 1; i-- > 0;) {
-        while (k >= lower && cross(hull[k - 2], hull[k - 1], points[i]) <= 0)
-            --k;
-        hull[k++] = points[i];
-    }
-    hull.resize(k - 1);
-    return hull.size() >= 3 ? hull : std::vector<Point2>();
-}
-
-// The part of a convex polygon where nDepth * depth + nAcross * across <= limit.
-std::vector<Point2>
-clip(const std::vector<Point2> &polygon, double nDepth, double nAcross, double limit)
-{
-    std::vector<Point2> out;
-    for (std::size_t i = 0; i < polygon.size(); ++i) {
-        const Point2 &p = polygon[i], &q = polygon[(i + 1) % polygon.size()];
-        const double sp = nDepth * p.depth + nAcross * p.across - limit;
-        const double sq = nDepth * q.depth + nAcross * q.across - limit;
-        if (sp <= 0)
-            out.push_back(p);
-        if ((sp < 0 && sq > 0) || (sp > 0 && sq < 0)) {
-            const double t = sp / (sp - sq);
-            out.push_back(
-                Point2{p.depth + t * (q.depth - p.depth), p.across + t * (q.across - p.across)});
-        }
-    }
-    return out.size() >= 3 ? out : std::vector<Point2>();
-}
-
-// One plane's polygon through the vertices at its extremes: the edges the second pass tests
-// (pulled in by the left-out margin plus the rounding margin) and the region the probes may
-// assume for the vertices left out (pulled in by the left-out margin only, and pushed out again
-// by a hair for the rounding of this very computation).
-void buildPlane(const std::vector<Point2> &extremes,
-                double leftOut,
-                double rounding,
-                std::vector<Edge> &edges,
-                PlaneRegion &region)
-{
-    const std::vector<Point2> hull = convexHull(extremes);
-    std::vector<Point2> inner = hull;
-    for (std::size_t i = 0; i < hull.size() && !inner.empty(); ++i) {
-        const Point2 &p = hull[i], &q = hull[(i + 1) % hull.size()];
-        const double length = std::hypot(q.depth - p.depth, q.across - p.across);
-        const double nDepth = (q.across - p.across) / length;
-        const double nAcross = -(q.depth - p.depth) / length;
-        const double limit = nDepth * p.depth + nAcross * p.across;
-        edges.push_back(
-            Edge{float(nDepth), float(nAcross), float(limit - leftOut - 2.0 * rounding)});
-        inner = clip(inner, nDepth, nAcross, limit - leftOut + rounding * 1e-6);
-    }
-    region.corners = inner;
-    if (inner.empty())
-        edges.clear();
+    return polygon;
 }
 
 std::vector<ScanBlock> scan(const std::vector<Vector3> &vertices, const FloatAxes &axes)
@@ -297,29 +247,80 @@ void settleZeroBounds(const std::vector<Vector3> &vertices, FilteredVertices &re
     }
 }
 
-// Second pass: keeps the vertices not well inside both polygons, block by block in list order.
-void classify(const std::vector<Vector3> &vertices,
-              const FloatAxes &axes,
-              const std::vector<Edge> edges[2],
-              FilteredVertices &result)
+// The classifying pass: the vertices not well inside both polygons, block by block in list order.
+std::vector<Vector3> keptOutside(const std::vector<Vector3> &vertices,
+                                 const FloatAxes &axes,
+                                 const PlanePolygon polygons[2])
 {
     std::vector<ClassifyBlock> blocks;
     for (std::size_t k = 0; k < vertices.size(); k += VerticesPerBlock) {
         const std::size_t end = std::min(k + std::size_t(VerticesPerBlock), vertices.size());
-        blocks.push_back(ClassifyBlock{
-            vertices.data() + k, vertices.data() + end, &axes, {&edges[0], &edges[1]}, {}});
+        blocks.push_back(ClassifyBlock{vertices.data() + k,
+                                       vertices.data() + end,
+                                       &axes,
+                                       {&polygons[0].edges, &polygons[1].edges},
+                                       {}});
     }
     runBlocks(blocks, classifyBlock);
     std::size_t kept = 0;
     for (const ClassifyBlock &block : blocks)
         kept += block.kept.size();
-    // Leaving out fewer than half the vertices would not pay for the bookkeeping.
-    if (kept > vertices.size() / 2)
-        return;
-    result.candidates.reserve(kept);
+    std::vector<Vector3> result;
+    result.reserve(kept);
     for (const ClassifyBlock &block : blocks)
-        result.candidates.insert(result.candidates.end(), block.kept.begin(), block.kept.end());
-    result.leftOut = vertices.size() - kept;
+        result.insert(result.end(), block.kept.begin(), block.kept.end());
+    return result;
+}
+
+// The second round, over the first round's candidates only: their extremes along sixteen more
+// directions join each polygon's corners, which brings the polygons close to the true hulls where
+// eight directions missed a corner of them.
+void refine(const CameraAxes &axes,
+            const FloatAxes &floatAxes,
+            double leftOut,
+            double rounding,
+            PlanePolygon polygons[2],
+            FilteredVertices &result)
+{
+    constexpr int Directions = 16;
+    if (result.candidates.empty())
+        return;
+    const std::array<double, 3> *across[2] = {&axes.right, &axes.up};
+    for (int p = 0; p < 2; ++p) {
+        double best[Directions];
+        std::size_t at[Directions] = {};
+        std::fill(best, best + Directions, -HUGE_VAL);
+        double direction[Directions][2];
+        for (int k = 0; k < Directions; ++k) {
+            const double angle = (k + 0.5) * 2.0 * M_PI / Directions;
+            direction[k][0] = std::cos(angle);
+            direction[k][1] = std::sin(angle);
+        }
+        for (std::size_t i = 0; i < result.candidates.size(); ++i) {
+            const Vector3 &v = result.candidates[i];
+            const double d = dot(axes.depth, v), a = dot(*across[p], v);
+            for (int k = 0; k < Directions; ++k) {
+                const double value = direction[k][0] * d + direction[k][1] * a;
+                if (value > best[k]) {
+                    best[k] = value;
+                    at[k] = i;
+                }
+            }
+        }
+        std::vector<Point2> points = polygons[p].hull;
+        for (int k = 0; k < Directions; ++k) {
+            const Vector3 &v = result.candidates[at[k]];
+            points.push_back(Point2{dot(axes.depth, v), dot(*across[p], v)});
+        }
+        const double low = result.planes[p].low, high = result.planes[p].high;
+        polygons[p] = buildPlane(points, leftOut, rounding, result.planes[p]);
+        result.planes[p].low = low;
+        result.planes[p].high = high;
+    }
+    // The new polygons hold the old ones, so what the first round left out is still well inside.
+    std::vector<Vector3> kept = keptOutside(result.candidates, floatAxes, polygons);
+    result.leftOut += result.candidates.size() - kept.size();
+    result.candidates = std::move(kept);
 }
 
 } // namespace
@@ -389,7 +390,7 @@ FilteredVertices filterVertices(const std::vector<Vector3> &vertices, const Came
             return result; // nothing but NaN
     }
     const double rounding = sum * RoundingShare, leftOut = sum * LeftOutShare;
-    std::vector<Edge> edges[2];
+    PlanePolygon polygons[2];
     const std::array<double, 3> *across[2] = {&axes.right, &axes.up};
     const int normalQuantity[2] = {Up, Right};
     for (int p = 0; p < 2; ++p) {
@@ -398,12 +399,18 @@ FilteredVertices filterVertices(const std::vector<Vector3> &vertices, const Came
             const Vector3 &v = vertices[index[s]];
             extremes.push_back(Point2{dot(axes.depth, v), dot(*across[p], v)});
         }
-        buildPlane(extremes, leftOut, rounding, edges[p], result.planes[p]);
+        polygons[p] = buildPlane(extremes, leftOut, rounding, result.planes[p]);
+        if (polygons[p].edges.empty())
+            return result;
         result.planes[p].low = double(value[2 * normalQuantity[p] + 1]) - rounding;
         result.planes[p].high = double(value[2 * normalQuantity[p]]) + rounding;
-        if (edges[p].empty())
-            return result;
     }
-    classify(vertices, floatAxes, edges, result);
+    std::vector<Vector3> kept = keptOutside(vertices, floatAxes, polygons);
+    // Leaving out fewer than half the vertices would not pay for the bookkeeping.
+    if (kept.size() > vertices.size() / 2)
+        return result;
+    result.leftOut = vertices.size() - kept.size();
+    result.candidates = std::move(kept);
+    refine(axes, floatAxes, leftOut, rounding, polygons, result);
     return result;
 }

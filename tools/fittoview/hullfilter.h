@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/types.h"
+#include "tools/fittoview/planepolygon.h"
 
 #include <array>
 #include <cstddef>
@@ -15,11 +16,6 @@
 // a polygon in each plane whose corners are real vertices, and keeps only the vertices that do not
 // lie well inside both polygons. The fit's probes then run on those few candidates; FitProbes
 // proves for every probe that the vertices left out cannot change its answer.
-
-struct Point2
-{
-    double depth, across;
-};
 
 // The camera's forward, image-right and image-up directions in world space, made exactly
 // orthonormal in double precision.

@@ -106,8 +106,8 @@ void adviseHugePages(void *begin, std::size_t bytes)
     if (last > first)
         madvise(reinterpret_cast<void *>(first), last - first, MADV_HUGEPAGE);
 #else
-    (void)begin;
-    (void)bytes;
+    (void) begin;
+    (void) bytes;
 #endif
 }
 
