@@ -5,7 +5,9 @@
 #include "tools/fittoview/vertexbounds.h"
 #include "tools/fittoview/vertexlanes.h"
 
+#include <algorithm>
 #include <cfloat>
+#include <cstring>
 
 namespace fittoview {
 
@@ -25,57 +27,92 @@ void planeCoordinates(const FloatAxes &a, Float4 x, Float4 y, Float4 z, Float4 q
     q[6] = d - u;
 }
 
+// The extremes are looked for by value only, chunk by chunk; the vertex reaching a block's extreme
+// is then found again in its chunk alone. Keeping an index beside every value in every lane would
+// cost more than the rest of the pass.
+constexpr std::ptrdiff_t ChunkLength = 256;
+
+} // namespace
+
+// The inner loops, for any x86-64 processor and, where the compiler can target it, for AVX2.
+namespace portable {
+#include "tools/fittoview/hullkernels.inc"
+} // namespace portable
+
+#if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
+#define VANTREL_WIDE_KERNELS 1
+#if defined(__clang__)
+#pragma clang attribute push(__attribute__((target("avx2"))), apply_to = function)
+#else
+#pragma GCC push_options
+#pragma GCC target("avx2")
+#endif
+namespace wide {
+#include "tools/fittoview/hullkernels.inc"
+} // namespace wide
+#if defined(__clang__)
+#pragma clang attribute pop
+#else
+#pragma GCC pop_options
+#endif
+#endif
+
+namespace {
+
+struct Kernels
+{
+    decltype(&portable::scanChunk) scanChunk;
+    decltype(&portable::findInChunk) findInChunk;
+    decltype(&portable::classifyGroups) classifyGroups;
+};
+
+const Kernels &kernels()
+{
+    static const Kernels chosen = [] {
+#if defined(VANTREL_WIDE_KERNELS)
+        __builtin_cpu_init();
+        if (__builtin_cpu_supports("avx2"))
+            return Kernels{wide::scanChunk, wide::findInChunk, wide::classifyGroups};
+#endif
+        return Kernels{portable::scanChunk, portable::findInChunk, portable::classifyGroups};
+    }();
+    return chosen;
+}
+
 void scanBlock(ScanBlock &block)
 {
-    Float4 best[Slots], low[3], high[3];
-    Int4 at[Slots];
-    for (int s = 0; s < Slots; ++s) {
-        best[s] = Float4{} + (s % 2 ? FLT_MAX : -FLT_MAX);
-        at[s] = Int4{} - 1;
-    }
-    for (int k = 0; k < 3; ++k) {
-        low[k] = Float4{} + FLT_MAX;
-        high[k] = Float4{} - FLT_MAX;
-    }
-    Int4 lane{0, 1, 2, 3};
-    const Vector3 *v = block.begin;
-    const std::ptrdiff_t whole = (block.end - v) / 4 * 4;
-    for (; v != block.begin + whole; v += 4, lane += 4) {
-        Float4 c[3], q[Quantities];
-        load4(v, c[0], c[1], c[2]);
-        for (int k = 0; k < 3; ++k) {
-            low[k] = c[k] < low[k] ? c[k] : low[k];
-            high[k] = c[k] > high[k] ? c[k] : high[k];
-        }
-        planeCoordinates(*block.axes, c[0], c[1], c[2], q);
-        for (int k = 0; k < Quantities; ++k) {
-            const Int4 above = q[k] > best[2 * k], below = q[k] < best[2 * k + 1];
-            best[2 * k] = above ? q[k] : best[2 * k];
-            at[2 * k] = above ? lane : at[2 * k];
-            best[2 * k + 1] = below ? q[k] : best[2 * k + 1];
-            at[2 * k + 1] = below ? lane : at[2 * k + 1];
-        }
-    }
-    for (int s = 0; s < Slots; ++s) {
-        block.value[s] = s % 2 ? FLT_MAX : -FLT_MAX;
-        block.index[s] = block.first;
-        for (int l = 0; l < 4; ++l) {
-            const bool better = s % 2 ? best[s][l] < block.value[s] : best[s][l] > block.value[s];
-            if (better) {
-                block.value[s] = best[s][l];
-                block.index[s] = block.first + std::size_t(at[s][l]);
-            }
-        }
-    }
+    const FloatAxes &a = *block.axes;
+    const Kernels &kernel = kernels();
     for (int k = 0; k < 3; ++k) {
         block.low[k] = FLT_MAX;
         block.high[k] = -FLT_MAX;
-        for (int l = 0; l < 4; ++l) {
-            block.low[k] = low[k][l] < block.low[k] ? low[k][l] : block.low[k];
-            block.high[k] = high[k][l] > block.high[k] ? high[k][l] : block.high[k];
+    }
+    const Vector3 *winner[Slots] = {};
+    for (int s = 0; s < Slots; ++s) {
+        block.value[s] = s % 2 ? FLT_MAX : -FLT_MAX;
+        block.index[s] = block.first;
+    }
+    const Vector3 *v = block.begin;
+    const Vector3 *const whole = v + (block.end - v) / 8 * 8;
+    for (; v != whole; v += std::min(ChunkLength, whole - v)) {
+        const Vector3 *end = v + std::min(ChunkLength, whole - v);
+        float value[Slots];
+        kernel.scanChunk(v, end, a, block.low, block.high, value);
+        for (int s = 0; s < Slots; ++s) {
+            if (s % 2 ? value[s] < block.value[s] : value[s] > block.value[s]) {
+                block.value[s] = value[s];
+                winner[s] = v;
+            }
         }
     }
-    // The last vertices, fewer than four, one by one.
+    for (int s = 0; s < Slots; ++s) {
+        if (!winner[s])
+            continue;
+        const Vector3 *end = winner[s] + std::min(ChunkLength, whole - winner[s]);
+        if (const Vector3 *found = kernel.findInChunk(winner[s], end, a, s / 2, block.value[s]))
+            block.index[s] = block.first + std::size_t(found - block.begin);
+    }
+    // The last vertices, fewer than eight, one by one.
     for (; v != block.end; ++v) {
         const std::size_t index = block.first + std::size_t(v - block.begin);
         const Float4 x = Float4{} + v->x, y = Float4{} + v->y, z = Float4{} + v->z;
@@ -85,7 +122,7 @@ void scanBlock(ScanBlock &block)
             block.high[k] = c[k] > block.high[k] ? c[k] : block.high[k];
         }
         Float4 q[Quantities];
-        planeCoordinates(*block.axes, x, y, z, q);
+        planeCoordinates(a, x, y, z, q);
         for (int s = 0; s < Slots; ++s) {
             const float value = q[s / 2][0];
             if (s % 2 ? value < block.value[s] : value > block.value[s]) {
@@ -115,23 +152,11 @@ Int4 insideAll(const std::vector<Edge> &edges, Float4 depth, Float4 across)
 void classifyBlock(ClassifyBlock &block)
 {
     const Vector3 *v = block.begin;
-    const std::ptrdiff_t whole = (block.end - v) / 4 * 4;
+    const Vector3 *const whole = v + (block.end - v) / 8 * 8;
     const FloatAxes &a = *block.axes;
-    for (; v != block.begin + whole; v += 4) {
-        Float4 x, y, z;
-        load4(v, x, y, z);
-        const Float4 d = x * a.m[0] + y * a.m[1] + z * a.m[2];
-        const Float4 r = x * a.m[3] + y * a.m[4] + z * a.m[5];
-        const Float4 u = x * a.m[6] + y * a.m[7] + z * a.m[8];
-        const Int4 out = ~(insideAll(*block.edges[0], d, r) & insideAll(*block.edges[1], d, u));
-        if (out[0] | out[1] | out[2] | out[3]) {
-            for (int l = 0; l < 4; ++l) {
-                if (out[l])
-                    block.kept.push_back(v[l]);
-            }
-        }
-    }
-    for (; v != block.end; ++v) {
+    kernels().classifyGroups(v, whole, a, *block.edges[0], *block.edges[1], block.kept);
+    // The last vertices, fewer than eight, one by one.
+    for (v = whole; v != block.end; ++v) {
         const Float4 x = Float4{} + v->x, y = Float4{} + v->y, z = Float4{} + v->z;
         const Float4 d = x * a.m[0] + y * a.m[1] + z * a.m[2];
         const Float4 r = x * a.m[3] + y * a.m[4] + z * a.m[5];
