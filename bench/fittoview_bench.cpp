@@ -1,9 +1,13 @@
 // Copyright (C) 2026 The vantrel-tools authors
 // SPDX-License-Identifier: MIT
-// Fit To View's hot loop: one projection pass over every visible vertex, about a hundred per fit.
-// Measured against a reference taken in the same run: a plain streaming sum over the same vertex
-// list, split into the same blocks on the same thread pool, which is what merely reading the list
-// from memory costs on this machine. Each figure is the median of several runs.
+// Fit To View's measuring, against references taken in the same run (the machine is shared and
+// noisy, so the ratios are the figures to compare). Each figure is the median of several runs.
+//   - One projection pass over every vertex (a fit asks about a hundred questions) against a plain
+//     streaming sum over the same list, in the same blocks on the same thread pool.
+//   - Whole fits of one mesh of 1 M and 10 M vertices, gathering included, as multiples of a limit
+//     pass: the smallest and largest coordinates of the same list, four lanes at a time on both
+//     threads. Beside them the fit that passes over every vertex for every question, and whether
+//     both end with the same camera, bit for bit.
 //
 //   build/bin/bench_fittoview [--runs N] [--fit-only]
 
