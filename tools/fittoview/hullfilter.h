@@ -39,7 +39,7 @@ struct FilteredVertices
     // The vertices not left out, in list order within each block of the list.
     std::vector<Vector3> candidates;
     // [0]: (depth, right), normal axis up; [1]: (depth, up), normal axis right.
-    PlaneRegion planes[2];
+    std::array<PlaneRegion, 2> planes;
     // The world bounding box, value for value what a sequential min/max pass over the list gives.
     float low[3], high[3];
     // The largest magnitude of each world coordinate over the list.
