@@ -92,6 +92,11 @@ private:
     // Records the change (ChangeRecorder) and tells views that the scene changed.
     void apply(std::unique_ptr<Change> change) override;
 
+    // Deletes the subtrees at once by forgetting the changes that created and edited them, when
+    // the innermost open group created them itself and nothing else depends on them
+    // (InGroupDeletion); false, and nothing changed, otherwise.
+    bool forgetCreatedNodes(const std::vector<BaseNode *> &topmost);
+
     // The values the recorded changes set; none of them records anything.
     void applySelection(std::vector<INode *> selection);
     void applyAmbient(float intensity) { m_ambient = intensity; }
