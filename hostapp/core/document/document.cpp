@@ -89,6 +89,16 @@ void Document::applySelection(std::vector<INode *> selection)
 
 void Document::DeleteNodes(const std::vector<INode *> &nodes)
 {
+    takeOut(nodes, true);
+}
+
+void Document::removeNodes(const std::vector<INode *> &nodes)
+{
+    takeOut(nodes, false);
+}
+
+void Document::takeOut(const std::vector<INode *> &nodes, bool mayForget)
+{
     // Only the topmost of the given nodes are taken out: the others go with them.
     std::vector<BaseNode *> candidates;
     candidates.reserve(nodes.size());
@@ -124,7 +134,7 @@ void Document::DeleteNodes(const std::vector<INode *> &nodes)
         return;
     // A preview that rebuilds its copies deletes what its own group created: those may go at
     // once, unless the selection still lists one of them.
-    if (selection.size() == m_selection.size() && forgetCreatedNodes(topmost))
+    if (mayForget && selection.size() == m_selection.size() && forgetCreatedNodes(topmost))
         return;
 
     m_history.beginGroup();
