@@ -49,8 +49,8 @@ public:
     void SetSelection(const std::vector<INode *> &nodes, int mode) override;
     // Nodes that the innermost open undo group created itself, and that nothing else in it refers
     // to, go at once: the group forgets the changes that made them instead of recording their
-    // removal (see InGroupDeletion). The caller must not use the deleted nodes afterwards. A tool
-    // does not, once it has asked to delete its own preview copies.
+    // removal (see InGroupDeletion). The caller must not use the deleted nodes afterwards (a tool
+    // lets go of the preview copies it asked to delete).
     void DeleteNodes(const std::vector<INode *> &nodes) override;
     // The same removal, always recorded: the nodes stay alive in the undo history until it lets
     // them go, so that whoever else holds them (a tool window's preview holds its copies) finds
