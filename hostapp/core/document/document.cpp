@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/document/document.h"
 
+#include "hostapp/core/document/ingroupdeletion.h"
 #include "hostapp/core/document/treechanges.h"
 #include "hostapp/core/scene/basenode.h"
 
@@ -88,6 +89,16 @@ void Document::applySelection(std::vector<INode *> selection)
 
 void Document::DeleteNodes(const std::vector<INode *> &nodes)
 {
+    takeOut(nodes, true);
+}
+
+void Document::removeNodes(const std::vector<INode *> &nodes)
+{
+    takeOut(nodes, false);
+}
+
+void Document::takeOut(const std::vector<INode *> &nodes, bool mayForget)
+{
     // Only the topmost of the given nodes are taken out: the others go with them.
     std::vector<BaseNode *> candidates;
     candidates.reserve(nodes.size());
@@ -121,6 +132,10 @@ void Document::DeleteNodes(const std::vector<INode *> &nodes)
         node->m_marked = false;
     if (topmost.empty())
         return;
+    // A preview that rebuilds its copies deletes what its own group created: those may go at
+    // once, unless the selection still lists one of them.
+    if (mayForget && selection.size() == m_selection.size() && forgetCreatedNodes(topmost))
+        return;
 
     m_history.beginGroup();
     if (selection.size() != m_selection.size())
@@ -128,6 +143,32 @@ void Document::DeleteNodes(const std::vector<INode *> &nodes)
             this, &Document::applySelection, m_selection, selection));
     apply(std::unique_ptr<Change>(new RemoveChange(std::move(topmost))));
     m_history.endGroup();
+}
+
+bool Document::forgetCreatedNodes(const std::vector<BaseNode *> &topmost)
+{
+    const std::vector<std::unique_ptr<Change>> *changes = m_history.openGroupChanges();
+    if (!changes)
+        return false;
+    std::vector<BaseNode *> deleted = topmost;
+    for (std::size_t i = 0; i < deleted.size(); ++i) {
+        BaseNode *node = deleted[i];
+        node->m_marked = true;
+        for (INode *child : node->m_children)
+            deleted.push_back(static_cast<BaseNode *>(child));
+    }
+    // Every node a recorded change refers to is alive and one of this document's.
+    const std::vector<std::size_t> positions
+        = InGroupDeletion::plan(*changes, deleted.size(), [](INode *node) {
+              return static_cast<BaseNode *>(node)->m_marked;
+          });
+    for (BaseNode *node : deleted)
+        node->m_marked = false;
+    if (positions.empty())
+        return false;
+    m_history.forget(positions);
+    emit changed();
+    return true;
 }
 
 void Document::MoveNodes(INode *parent, int index, const std::vector<INode *> &nodes)

@@ -47,7 +47,15 @@ public:
     ICamera *GetCamera() const override { return m_camera.get(); }
     const std::vector<INode *> &GetSelection() const override { return m_selection; }
     void SetSelection(const std::vector<INode *> &nodes, int mode) override;
+    // Nodes that the innermost open undo group created itself, and that nothing else in it refers
+    // to, go at once: the group forgets the changes that made them instead of recording their
+    // removal (see InGroupDeletion). The caller must not use the deleted nodes afterwards (a tool
+    // lets go of the preview copies it asked to delete).
     void DeleteNodes(const std::vector<INode *> &nodes) override;
+    // The same removal, always recorded: the nodes stay alive in the undo history until it lets
+    // them go, so that whoever else holds them (a tool window's preview holds its copies) finds
+    // them out of the scene rather than freed. Scripts remove nodes this way.
+    void removeNodes(const std::vector<INode *> &nodes);
     void MoveNodes(INode *parent, int index, const std::vector<INode *> &nodes) override;
     INode *CloneNode(INode *node, int flag) override;
     float GetAmbientIntensity() const override { return m_ambient; }
@@ -91,6 +99,13 @@ private:
 
     // Records the change (ChangeRecorder) and tells views that the scene changed.
     void apply(std::unique_ptr<Change> change) override;
+
+    // DeleteNodes and removeNodes; mayForget says whether DeleteNodes's shortcut may be taken.
+    void takeOut(const std::vector<INode *> &nodes, bool mayForget);
+    // Deletes the subtrees at once by forgetting the changes that created and edited them, when
+    // the innermost open group created them itself and nothing else depends on them
+    // (InGroupDeletion); false, and nothing changed, otherwise.
+    bool forgetCreatedNodes(const std::vector<BaseNode *> &topmost);
 
     // The values the recorded changes set; none of them records anything.
     void applySelection(std::vector<INode *> selection);

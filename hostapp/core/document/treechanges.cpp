@@ -8,10 +8,30 @@
 
 namespace vantrel::host {
 
+namespace {
+
+// The parents whose children a tree change took nodes from.
+void visitPlacements(const std::vector<TreeSurgery::Placement> &placements,
+                     const NodeVisitor &visit)
+{
+    for (const TreeSurgery::Placement &placement : placements)
+        visit(placement.parent, NodeRole::ParentAtIndex);
+}
+
+} // namespace
+
 InsertChange::InsertChange(BaseNode *parent, BaseNode *node)
     : m_parent(parent)
     , m_node(node)
-{}
+{
+    // A node comes in new, with whatever subtree it was built with; nothing below it was in the
+    // scene before.
+    for (std::size_t i = 0; i < m_createdBelow.size() + 1; ++i) {
+        const INode *below = i == 0 ? m_node : m_createdBelow[i - 1];
+        const std::vector<INode *> &children = below->GetChildren();
+        m_createdBelow.insert(m_createdBelow.end(), children.begin(), children.end());
+    }
+}
 
 InsertChange::~InsertChange()
 {
@@ -31,6 +51,16 @@ void InsertChange::undo()
 {
     TreeSurgery::detach({m_node});
     m_owned = true;
+}
+
+bool InsertChange::visitNodes(const NodeVisitor &visit) const
+{
+    // The index is taken at the first redo as the end of the parent's children.
+    visit(m_parent, NodeRole::ParentAtEnd);
+    visit(m_node, NodeRole::Created);
+    for (INode *node : m_createdBelow)
+        visit(node, NodeRole::Created);
+    return true;
 }
 
 RemoveChange::RemoveChange(std::vector<BaseNode *> nodes)
@@ -57,6 +87,14 @@ void RemoveChange::undo()
     m_owned = false;
 }
 
+bool RemoveChange::visitNodes(const NodeVisitor &visit) const
+{
+    for (BaseNode *node : m_nodes)
+        visit(node, NodeRole::Edited);
+    visitPlacements(m_from, visit);
+    return true;
+}
+
 MoveChange::MoveChange(BaseNode *parent, int index, std::vector<BaseNode *> nodes)
     : m_parent(parent)
     , m_index(index)
@@ -73,6 +111,15 @@ void MoveChange::undo()
 {
     TreeSurgery::detach(m_nodes);
     TreeSurgery::reattach(m_from);
+}
+
+bool MoveChange::visitNodes(const NodeVisitor &visit) const
+{
+    visit(m_parent, NodeRole::ParentAtIndex);
+    for (BaseNode *node : m_nodes)
+        visit(node, NodeRole::Edited);
+    visitPlacements(m_from, visit);
+    return true;
 }
 
 } // namespace vantrel::host

@@ -24,6 +24,7 @@ public:
     ~InsertChange() override;
     void redo() override;
     void undo() override;
+    bool visitNodes(const NodeVisitor &visit) const override;
 
 private:
     friend class Document;
@@ -31,6 +32,7 @@ private:
 
     BaseNode *m_parent;
     BaseNode *m_node;
+    std::vector<INode *> m_createdBelow; // the subtree the node came with (a clone's children)
     int m_index = -1;
     bool m_owned = true;
 };
@@ -42,6 +44,7 @@ public:
     ~RemoveChange() override;
     void redo() override;
     void undo() override;
+    bool visitNodes(const NodeVisitor &visit) const override;
 
 private:
     friend class Document;
@@ -58,6 +61,7 @@ class MoveChange final : public Change
 public:
     void redo() override;
     void undo() override;
+    bool visitNodes(const NodeVisitor &visit) const override;
 
 private:
     friend class Document;

@@ -182,7 +182,8 @@ QScriptValue remove(QScriptContext *context, QScriptEngine *engine)
         return QScriptValue();
     if (node == node->document()->root())
         return context->throwError(QStringLiteral("The root cannot be removed"));
-    node->document()->DeleteNodes({node});
+    // Recorded, never freed at once: the node may be a copy that an open tool window still holds.
+    node->document()->removeNodes({node});
     return QScriptValue();
 }
 

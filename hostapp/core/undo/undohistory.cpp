@@ -5,6 +5,8 @@
 #include <QUndoCommand>
 #include <QUndoStack>
 
+#include <algorithm>
+
 namespace vantrel::host {
 
 namespace {
@@ -79,13 +81,14 @@ void UndoHistory::endGroup(EmptyGroup empty)
     Group group = std::move(m_groups.back());
     m_groups.pop_back();
     if (!m_groups.empty()) {
-        auto &outer = m_groups.back().changes;
-        outer.insert(outer.end(),
-                     std::make_move_iterator(group.changes.begin()),
-                     std::make_move_iterator(group.changes.end()));
+        Group &outer = m_groups.back();
+        outer.changes.insert(outer.changes.end(),
+                             std::make_move_iterator(group.changes.begin()),
+                             std::make_move_iterator(group.changes.end()));
+        outer.forgot = outer.forgot || group.forgot;
         return;
     }
-    if (group.changes.empty() && empty == EmptyGroup::Drop)
+    if (group.changes.empty() && !group.forgot && empty == EmptyGroup::Drop)
         return;
     push(group.name, std::move(group.changes));
 }
@@ -106,6 +109,27 @@ void UndoHistory::cancelGroup()
     // the same user action: a group begun next takes the name; any other change forgets it.
     if (m_groups.empty())
         m_cancelledName = group.name;
+}
+
+const std::vector<std::unique_ptr<Change>> *UndoHistory::openGroupChanges() const
+{
+    return m_groups.empty() ? nullptr : &m_groups.back().changes;
+}
+
+void UndoHistory::forget(const std::vector<std::size_t> &positions)
+{
+    if (m_groups.empty() || positions.empty())
+        return;
+    Group &group = m_groups.back();
+    for (auto it = positions.rbegin(); it != positions.rend(); ++it)
+        group.changes[*it]->undo();
+    // Freed newest first, as a cancel frees them: a node goes only after the changes that
+    // referred to it.
+    for (auto it = positions.rbegin(); it != positions.rend(); ++it)
+        group.changes[*it].reset();
+    const auto first = group.changes.begin() + std::ptrdiff_t(positions.front());
+    group.changes.erase(std::remove(first, group.changes.end(), nullptr), group.changes.end());
+    group.forgot = true;
 }
 
 bool UndoHistory::undo()

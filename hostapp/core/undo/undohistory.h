@@ -61,10 +61,21 @@ private:
     // Runs the change and keeps it in the open group, or as a step of its own.
     void apply(std::unique_ptr<Change> change);
 
+    // The changes the innermost open group has collected, oldest first; null when none is open.
+    const std::vector<std::unique_ptr<Change>> *openGroupChanges() const;
+    // Takes the innermost open group's changes at these positions (ascending) back as if they had
+    // never been made: reverts them newest first, then frees them, and with them whatever they
+    // own. The group's other changes keep their order. The caller has made sure that none of
+    // those depends on what is taken back.
+    void forget(const std::vector<std::size_t> &positions);
+
     struct Group
     {
         QString name;
         std::vector<std::unique_ptr<Change>> changes;
+        // Whether changes were forgotten: the group stands for a user action even if that left
+        // it empty, just as it would if it still held the changes that undo each other.
+        bool forgot = false;
     };
 
     void push(const QString &name, std::vector<std::unique_ptr<Change>> changes);
