@@ -89,7 +89,13 @@ case $command in
         # windows side by side (xvfb-run's default screen is 640 x 480 at 8 bits).
         display=()
         [ -n "${DISPLAY:-}" ] || display=(xvfb-run -a -s "-screen 0 1600x1000x24")
-        "${display[@]}" ctest --test-dir "$build" --output-on-failure -j "$jobs"
+        "${display[@]}" ctest --test-dir "$build" --output-on-failure -j "$jobs" -LE desktop
+        # The desktop window's tests drive a real X server with pointer drags, focus changes and
+        # screen grabs, and on a loaded machine one of them can miss its deadline. They run after
+        # the rest, one at a time, and a test that fails gets one more try: a real fault fails
+        # both times.
+        "${display[@]}" ctest --test-dir "$build" --output-on-failure -L desktop \
+            --repeat until-pass:2
         ;;
     bench)
         configure_and_build

@@ -120,9 +120,13 @@ void MainWindowDriver::screenshot(QWidget *toolWindow, const QString &name)
     m_window->view()->update();
     EXPECT_TRUE(QTest::qWaitFor([&swapped] { return !swapped.isEmpty(); }, 5000))
         << "the view drew no frame";
-    const QRect area = m_window->frameGeometry().united(toolWindow->frameGeometry());
-    const QPixmap shot = QGuiApplication::primaryScreen()->grabWindow(
-        0, area.x(), area.y(), area.width(), area.height());
+    // X refuses to read back any area that reaches past the screen, and a tool window may be
+    // placed partly outside it: only what is on the screen is taken.
+    QScreen *screen = QGuiApplication::primaryScreen();
+    const QRect area = m_window->frameGeometry()
+                           .united(toolWindow->frameGeometry())
+                           .intersected(screen->geometry());
+    const QPixmap shot = screen->grabWindow(0, area.x(), area.y(), area.width(), area.height());
     QDir().mkpath(QStringLiteral(VANTREL_SCREENSHOT_DIR));
     EXPECT_TRUE(shot.save(QStringLiteral(VANTREL_SCREENSHOT_DIR "/%1.png").arg(name)));
 }
