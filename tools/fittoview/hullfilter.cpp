@@ -56,16 +56,21 @@ buildPlane(const std::vector<Point2> &points, double leftOut, double rounding, P
 // The bounding box as a sequential pass gives it. The blocked one has the same values, except that
 // where the smallest or largest value is a zero, which of +0 and -0 a sequential pass keeps
 // depends on their order: that axis is passed again in order.
-void settleZeroBounds(const std::vector<Vector3> &vertices, FilteredVertices &result)
+void settleZeroBounds(const VertexSource &source, FilteredVertices &result)
 {
     for (int k = 0; k < 3; ++k) {
         if (result.low[k] != 0.0f && result.high[k] != 0.0f)
             continue;
         float low = FLT_MAX, high = -FLT_MAX;
-        for (const Vector3 &v : vertices) {
-            const float c = k == 0 ? v.x : k == 1 ? v.y : v.z;
-            low = std::min(low, c);
-            high = std::max(high, c);
+        std::vector<Vector3> list;
+        for (std::size_t i = 0; i < source.pieceCount(); ++i) {
+            std::size_t first = 0, count = 0;
+            const Vector3 *piece = source.piece(i, list, first, count);
+            for (const Vector3 *v = piece; v != piece + count; ++v) {
+                const float c = k == 0 ? v->x : k == 1 ? v->y : v->z;
+                low = std::min(low, c);
+                high = std::max(high, c);
+            }
         }
         result.low[k] = low;
         result.high[k] = high;
@@ -118,8 +123,8 @@ void refine(const CameraAxes &axes,
         result.planes[p].high = high;
     }
     // The new polygons hold the old ones, so what the first round left out is still well inside.
-    std::vector<Vector3> kept
-        = keptOutside(result.candidates, floatAxes, polygons[0].edges, polygons[1].edges);
+    std::vector<Vector3> kept = keptOutside(
+        VertexSource(result.candidates), floatAxes, polygons[0].edges, polygons[1].edges);
     result.leftOut += result.candidates.size() - kept.size();
     result.candidates = std::move(kept);
 }
@@ -148,6 +153,11 @@ CameraAxes cameraAxesOf(const Matrix &g)
 
 FilteredVertices filterVertices(const std::vector<Vector3> &vertices, const CameraAxes &axes)
 {
+    return filterVertices(VertexSource(vertices), axes);
+}
+
+FilteredVertices filterVertices(const VertexSource &source, const CameraAxes &axes)
+{
     FilteredVertices result;
     for (int k = 0; k < 3; ++k) {
         result.low[k] = FLT_MAX;
@@ -160,7 +170,7 @@ FilteredVertices filterVertices(const std::vector<Vector3> &vertices, const Came
         floatAxes.m[3 + k] = float(axes.right[k]);
         floatAxes.m[6 + k] = float(axes.up[k]);
     }
-    const std::vector<ScanBlock> blocks = scan(vertices, floatAxes);
+    const std::vector<ScanBlock> blocks = scan(source, floatAxes);
     float value[Slots];
     std::size_t index[Slots] = {};
     for (int s = 0; s < Slots; ++s)
@@ -177,14 +187,14 @@ FilteredVertices filterVertices(const std::vector<Vector3> &vertices, const Came
             result.high[k] = block.high[k] > result.high[k] ? block.high[k] : result.high[k];
         }
     }
-    settleZeroBounds(vertices, result);
+    settleZeroBounds(source, result);
     double sum = 0;
     for (int k = 0; k < 3; ++k) {
         result.magnitude[k]
             = std::max(std::fabs(double(result.low[k])), std::fabs(double(result.high[k])));
         sum += result.magnitude[k];
     }
-    if (vertices.empty() || !(sum > 0) || !std::isfinite(sum))
+    if (source.size() == 0 || !(sum > 0) || !std::isfinite(sum))
         return result;
     for (int k = 0; k < 3; ++k) {
         if (result.low[k] > result.high[k])
@@ -197,7 +207,7 @@ FilteredVertices filterVertices(const std::vector<Vector3> &vertices, const Came
     for (int p = 0; p < 2; ++p) {
         std::vector<Point2> extremes;
         for (int s : PlaneSlots[p]) {
-            const Vector3 &v = vertices[index[s]];
+            const Vector3 v = source.at(index[s]);
             extremes.push_back(Point2{dot(axes.depth, v), dot(*across[p], v)});
         }
         polygons[p] = buildPlane(extremes, leftOut, rounding, result.planes[p]);
@@ -207,11 +217,11 @@ FilteredVertices filterVertices(const std::vector<Vector3> &vertices, const Came
         result.planes[p].high = double(value[2 * normalQuantity[p]]) + rounding;
     }
     std::vector<Vector3> kept
-        = keptOutside(vertices, floatAxes, polygons[0].edges, polygons[1].edges);
+        = keptOutside(source, floatAxes, polygons[0].edges, polygons[1].edges);
     // Leaving out fewer than half the vertices would not pay for the bookkeeping.
-    if (kept.size() > vertices.size() / 2)
+    if (kept.size() > source.size() / 2)
         return result;
-    result.leftOut = vertices.size() - kept.size();
+    result.leftOut = source.size() - kept.size();
     result.candidates = std::move(kept);
     refine(axes, floatAxes, leftOut, rounding, polygons, result);
     return result;

@@ -4,6 +4,7 @@
 
 #include "host/types.h"
 #include "tools/fittoview/planepolygon.h"
+#include "tools/fittoview/vertexsource.h"
 
 #include <array>
 #include <cstddef>
@@ -49,3 +50,4 @@ struct FilteredVertices
 
 // Without vertices, or when nothing can be left out, candidates is empty and leftOut is 0.
 FilteredVertices filterVertices(const std::vector<Vector3> &vertices, const CameraAxes &axes);
+FilteredVertices filterVertices(const VertexSource &source, const CameraAxes &axes);

@@ -135,6 +135,7 @@ void scanBlock(ScanBlock &block)
 
 struct ClassifyBlock
 {
+    std::size_t piece;
     const Vector3 *begin, *end;
     const FloatAxes *axes;
     const std::vector<Edge> *edges[2];
@@ -169,30 +170,44 @@ void classifyBlock(ClassifyBlock &block)
 
 } // namespace
 
-std::vector<ScanBlock> scan(const std::vector<Vector3> &vertices, const FloatAxes &axes)
+// The scratch list a pool thread gathers a piece into, kept for the thread's next piece.
+std::vector<Vector3> &scratch()
 {
-    std::vector<ScanBlock> blocks;
-    for (std::size_t k = 0; k < vertices.size(); k += VerticesPerBlock) {
-        const std::size_t end = std::min(k + std::size_t(VerticesPerBlock), vertices.size());
-        blocks.push_back(
-            ScanBlock{vertices.data() + k, vertices.data() + end, k, &axes, {}, {}, {}, {}});
+    static thread_local std::vector<Vector3> list;
+    return list;
+}
+
+std::vector<ScanBlock> scan(const VertexSource &source, const FloatAxes &axes)
+{
+    std::vector<ScanBlock> blocks(source.pieceCount());
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+        blocks[i].piece = i;
+        blocks[i].axes = &axes;
     }
-    runBlocks(blocks, scanBlock);
+    runBlocks(blocks, [&source](ScanBlock &block) {
+        std::size_t count = 0;
+        block.begin = source.piece(block.piece, scratch(), block.first, count);
+        block.end = block.begin + count;
+        scanBlock(block);
+        block.begin = block.end = nullptr; // the scratch list is the next piece's
+    });
     return blocks;
 }
 
-std::vector<Vector3> keptOutside(const std::vector<Vector3> &vertices,
+std::vector<Vector3> keptOutside(const VertexSource &source,
                                  const FloatAxes &axes,
                                  const std::vector<Edge> &depthRight,
                                  const std::vector<Edge> &depthUp)
 {
-    std::vector<ClassifyBlock> blocks;
-    for (std::size_t k = 0; k < vertices.size(); k += VerticesPerBlock) {
-        const std::size_t end = std::min(k + std::size_t(VerticesPerBlock), vertices.size());
-        blocks.push_back(ClassifyBlock{
-            vertices.data() + k, vertices.data() + end, &axes, {&depthRight, &depthUp}, {}});
-    }
-    runBlocks(blocks, classifyBlock);
+    std::vector<ClassifyBlock> blocks(source.pieceCount());
+    for (std::size_t i = 0; i < blocks.size(); ++i)
+        blocks[i] = ClassifyBlock{i, nullptr, nullptr, &axes, {&depthRight, &depthUp}, {}};
+    runBlocks(blocks, [&source](ClassifyBlock &block) {
+        std::size_t first = 0, count = 0;
+        block.begin = source.piece(block.piece, scratch(), first, count);
+        block.end = block.begin + count;
+        classifyBlock(block);
+    });
     std::size_t kept = 0;
     for (const ClassifyBlock &block : blocks)
         kept += block.kept.size();

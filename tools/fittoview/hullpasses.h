@@ -5,6 +5,7 @@
 // The hull filter's two passes over the whole vertex list, four vertices at a time on both
 // threads: the scan for the extremes and the classification against the polygons.
 #include "host/types.h"
+#include "tools/fittoview/vertexsource.h"
 
 #include <cstddef>
 #include <vector>
@@ -28,6 +29,7 @@ struct FloatAxes
 // and the world bounding box.
 struct ScanBlock
 {
+    std::size_t piece; // of the vertex source
     const Vector3 *begin, *end;
     std::size_t first; // index of begin in the list
     const FloatAxes *axes;
@@ -36,7 +38,7 @@ struct ScanBlock
     float low[3], high[3];
 };
 
-std::vector<ScanBlock> scan(const std::vector<Vector3> &vertices, const FloatAxes &axes);
+std::vector<ScanBlock> scan(const VertexSource &source, const FloatAxes &axes);
 
 // A polygon edge as the second pass tests it: a vertex lies far enough inside when
 // depth * nDepth + across * nAcross <= limit for every edge.
@@ -46,7 +48,7 @@ struct Edge
 };
 
 // The vertices not well inside both polygons, block by block in list order.
-std::vector<Vector3> keptOutside(const std::vector<Vector3> &vertices,
+std::vector<Vector3> keptOutside(const VertexSource &source,
                                  const FloatAxes &axes,
                                  const std::vector<Edge> &depthRight,
                                  const std::vector<Edge> &depthUp);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/fittoview/vertexbounds.h"
 
+#include "tools/fittoview/gathering.h"
 #include "tools/fittoview/vertexlanes.h"
 
 #include "geometry/geometry.h"
@@ -55,45 +56,6 @@ struct Projector
     const Matrix &matrix;
 };
 
-bool contributes(const INode *node)
-{
-    return node->GetNodeType() == INode::MeshNodeType && node->IsVisible();
-}
-
-// A piece of the gathering: up to one block of a mesh part's records, transformed by their node's
-// world matrix into their place in the vertex list.
-struct GatherJob
-{
-    const VertexRecord *records;
-    std::size_t count;
-    Matrix global;
-    std::size_t offset;
-    Vector3 *out;
-};
-
-// Walks the tree once, in the list's order, and lays out where each part's vertices go.
-void planGathering(std::vector<GatherJob> &jobs,
-                   std::size_t &total,
-                   INode *node,
-                   const Matrix &parentGlobal)
-{
-    Matrix global;
-    MultiplyMatrices(global, node->GetLocalMatrix(), parentGlobal);
-    if (contributes(node)) {
-        for (const IMeshPart *part : qobject_cast<IMeshNode *>(node)->GetMeshParts()) {
-            const std::vector<VertexRecord> &records = part->GetVertices();
-            for (std::size_t k = 0; k < records.size(); k += VerticesPerBlock) {
-                const std::size_t count
-                    = std::min(records.size() - k, std::size_t(VerticesPerBlock));
-                jobs.push_back(GatherJob{records.data() + k, count, global, total + k, nullptr});
-            }
-            total += records.size();
-        }
-    }
-    for (INode *child : node->GetChildren())
-        planGathering(jobs, total, child, global);
-}
-
 // A list of millions of vertices is fresh memory, and in 4 KiB pages the kernel's page faults
 // cost more than the transforms: large pages where the system gives them on request.
 void adviseHugePages(void *begin, std::size_t bytes)
@@ -111,32 +73,20 @@ void adviseHugePages(void *begin, std::size_t bytes)
 #endif
 }
 
-void gather(GatherJob &job)
-{
-    for (std::size_t i = 0; i < job.count; ++i) {
-        const VertexRecord &record = job.records[i];
-        Vector3 p{record.position[0], record.position[1], record.position[2]};
-        TransformPoint(p, job.global);
-        job.out[i] = p;
-    }
-}
-
 } // namespace
 
 void collectVertices(std::vector<Vector3> &out, INode *node, const Matrix &parentGlobal)
 {
     // The tree is walked once to lay the list out, so that it is allocated once and the
     // transforms, which read 60 bytes per vertex, run on both threads in blocks.
-    std::vector<GatherJob> jobs;
     std::size_t total = 0;
-    planGathering(jobs, total, node, parentGlobal);
+    std::vector<GatherJob> jobs = planGathering(node, parentGlobal, total);
     const std::size_t start = out.size();
     out.reserve(start + total);
     adviseHugePages(out.data() + start, total * sizeof(Vector3));
     out.resize(start + total);
-    for (GatherJob &job : jobs)
-        job.out = out.data() + start + job.offset;
-    runBlocks(jobs, gather);
+    Vector3 *const list = out.data() + start;
+    runBlocks(jobs, [list](const GatherJob &job) { gatherJob(job, list + job.offset); });
 }
 
 std::vector<sBlockOfVertices> makeBlocks(const std::vector<Vector3> &vertices,

@@ -1,0 +1,58 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "tools/fittoview/vertexsource.h"
+
+#include "tools/fittoview/vertexbounds.h"
+
+#include <algorithm>
+
+VertexSource::VertexSource(const std::vector<Vector3> &list)
+    : m_list(&list)
+    , m_total(list.size())
+{}
+
+VertexSource::VertexSource(std::vector<GatherJob> jobs, std::size_t total)
+    : m_jobs(std::move(jobs))
+    , m_total(total)
+{}
+
+std::size_t VertexSource::pieceCount() const
+{
+    return m_list ? (m_total + VerticesPerBlock - 1) / VerticesPerBlock : m_jobs.size();
+}
+
+const Vector3 *VertexSource::piece(std::size_t i,
+                                   std::vector<Vector3> &scratch,
+                                   std::size_t &first,
+                                   std::size_t &count) const
+{
+    if (m_list) {
+        first = i * VerticesPerBlock;
+        count = std::min(m_total - first, std::size_t(VerticesPerBlock));
+        return m_list->data() + first;
+    }
+    const GatherJob &job = m_jobs[i];
+    if (scratch.size() < job.count)
+        scratch.resize(std::max(job.count, std::size_t(VerticesPerBlock)));
+    gatherJob(job, scratch.data());
+    first = job.offset;
+    count = job.count;
+    return scratch.data();
+}
+
+Vector3 VertexSource::at(std::size_t index) const
+{
+    if (m_list)
+        return (*m_list)[index];
+    // The last job that starts at or before index.
+    const auto after = std::upper_bound(
+        m_jobs.begin(), m_jobs.end(), index, [](std::size_t at, const GatherJob &job) {
+            return at < job.offset;
+        });
+    GatherJob job = *(after - 1);
+    job.records += index - job.offset;
+    job.count = 1;
+    Vector3 p;
+    gatherJob(job, &p);
+    return p;
+}
