@@ -4,6 +4,8 @@
 
 #include "geometry/geometry.h"
 #include "host/hostfunctions.h"
+#include "tools/fittoview/gathering.h"
+#include "tools/fittoview/vertexsource.h"
 
 #include <algorithm>
 #include <cfloat>
@@ -43,19 +45,42 @@ struct FitProbes::Range
 FitProbes::FitProbes(const std::vector<Vector3> &vertices,
                      const Matrix &cameraGlobal,
                      Measuring measuring)
-    : m_vertices(vertices)
+    : m_vertices(&vertices)
+    , m_count(vertices.size())
     , m_axes(cameraAxesOf(cameraGlobal))
 {
     if (measuring == Filtered) {
         m_filter = filterVertices(vertices, m_axes);
         m_filtered = m_filter.leftOut > 0;
-        return;
+    } else {
+        measureBox();
     }
+}
+
+FitProbes::FitProbes(INode *root, const Matrix &cameraGlobal, Measuring measuring)
+    : m_root(root)
+    , m_axes(cameraAxesOf(cameraGlobal))
+{
+    if (measuring == Filtered) {
+        std::vector<GatherJob> jobs = planGathering(root, Matrix(), m_count);
+        m_filter = filterVertices(VertexSource(std::move(jobs), m_count), m_axes);
+        m_filtered = m_filter.leftOut > 0;
+    } else {
+        collectVertices(m_gathered, root, Matrix());
+        m_vertices = &m_gathered;
+        m_count = m_gathered.size();
+        measureBox();
+    }
+}
+
+// The bounding box as the plain sequential pass gives it, for the reference measuring.
+void FitProbes::measureBox()
+{
     for (int k = 0; k < 3; ++k) {
         m_filter.low[k] = FLT_MAX;
         m_filter.high[k] = -FLT_MAX;
     }
-    for (const Vector3 &v : vertices) {
+    for (const Vector3 &v : *m_vertices) {
         const float c[3] = {v.x, v.y, v.z};
         for (int k = 0; k < 3; ++k) {
             m_filter.low[k] = std::min(m_filter.low[k], c[k]);
@@ -64,9 +89,18 @@ FitProbes::FitProbes(const std::vector<Vector3> &vertices,
     }
 }
 
+const std::vector<Vector3> &FitProbes::all()
+{
+    if (!m_vertices) {
+        collectVertices(m_gathered, m_root, Matrix());
+        m_vertices = &m_gathered;
+    }
+    return *m_vertices;
+}
+
 std::size_t FitProbes::candidateCount() const
 {
-    return m_filtered ? m_filter.candidates.size() : m_vertices.size();
+    return m_filtered ? m_filter.candidates.size() : m_count;
 }
 
 FitProbes::Range FitProbes::rangeOver(int plane, const Matrix &vp) const
@@ -139,7 +173,7 @@ bool FitProbes::inside(const Matrix &cameraGlobal, const Matrix &projection)
             return true;
     }
     ++m_fullPasses;
-    return allVerticesInside(m_vertices, cameraGlobal, projection);
+    return allVerticesInside(all(), cameraGlobal, projection);
 }
 
 ProjectedBounds FitProbes::bounds(const Matrix &cameraGlobal, const Matrix &projection)
@@ -154,5 +188,5 @@ ProjectedBounds FitProbes::bounds(const Matrix &cameraGlobal, const Matrix &proj
             return b;
     }
     ++m_fullPasses;
-    return computeProjectedBounds(m_vertices, cameraGlobal, projection);
+    return computeProjectedBounds(all(), cameraGlobal, projection);
 }

@@ -7,6 +7,8 @@
 
 #include <vector>
 
+class INode;
+
 // The two questions a fit asks about a hundred times, the projected bounds of every vertex and
 // whether every vertex is inside the frame, answered value for value as computeProjectedBounds and
 // allVerticesInside answer them over the whole list.
@@ -25,6 +27,12 @@ public:
     FitProbes(const std::vector<Vector3> &vertices,
               const Matrix &cameraGlobal,
               Measuring measuring);
+    // The visible mesh vertices of root's subtree, in world space. Filtered reads them from the
+    // meshes themselves and gathers the list of every vertex (collectVertices) only when a question
+    // needs a pass over all of them; FullPasses gathers it at once.
+    FitProbes(INode *root, const Matrix &cameraGlobal, Measuring measuring);
+
+    std::size_t vertexCount() const { return m_count; }
 
     ProjectedBounds bounds(const Matrix &cameraGlobal, const Matrix &projection);
     bool inside(const Matrix &cameraGlobal, const Matrix &projection);
@@ -42,7 +50,13 @@ private:
     bool leftOutWithin(const Matrix &viewProjection, const float bound[4]) const;
     Range rangeOver(int plane, const Matrix &viewProjection) const;
 
-    const std::vector<Vector3> &m_vertices;
+    const std::vector<Vector3> &all();
+    void measureBox();
+
+    const std::vector<Vector3> *m_vertices = nullptr;
+    std::vector<Vector3> m_gathered;
+    INode *m_root = nullptr;
+    std::size_t m_count = 0;
     CameraAxes m_axes;
     FilteredVertices m_filter;
     bool m_filtered = false;

@@ -72,12 +72,10 @@ ICamera *FitToViewImplementation::camera() const
 
 void FitToViewImplementation::computeFit()
 {
-    std::vector<Vector3> vertices;
-    collectVertices(vertices, document()->GetRootNode(), Matrix());
-    if (vertices.empty())
-        return;
     // The camera turns nowhere in the fit: its orientation now is the one every probe shares.
-    FitProbes probes(vertices, camera()->GetGlobalMatrix(), m_measuring);
+    FitProbes probes(document()->GetRootNode(), camera()->GetGlobalMatrix(), m_measuring);
+    if (probes.vertexCount() == 0)
+        return;
     const float *low = probes.low(), *high = probes.high();
     for (int axis = 0; axis < 3; ++axis) {
         if (low[axis] > high[axis])
