@@ -250,8 +250,9 @@ void wholeFit(std::size_t count, int runs)
     });
     const FitResult fit = fitOnce(document, FitProbes::Filtered, runs);
     const FitResult full = fitOnce(document, FitProbes::FullPasses, std::max(1, runs / 3));
-    std::printf("%2.0f M vertices: limit pass %7.3f ms | gathering %7.3f ms (%5.2f limit passes)"
-                " | filter %7.3f ms (%5.2f)\n"
+    std::printf("%2.0f M vertices: limit pass %7.3f ms | the whole list gathered %7.3f ms (%5.2f"
+                " limit passes) and filtered %7.3f ms (%5.2f); a fit makes it only when a"
+                " question needs every vertex\n"
                 "   whole fit %8.3f ms = %5.2f limit passes: %d probes, %d over every vertex,"
                 " the rest over %zu candidates\n"
                 "   the fit passing over every vertex every time: %8.3f ms = %6.2f limit passes;"
