@@ -13,20 +13,6 @@ namespace fittoview {
 
 namespace {
 
-void planeCoordinates(const FloatAxes &a, Float4 x, Float4 y, Float4 z, Float4 q[Quantities])
-{
-    const Float4 d = x * a.m[0] + y * a.m[1] + z * a.m[2];
-    const Float4 r = x * a.m[3] + y * a.m[4] + z * a.m[5];
-    const Float4 u = x * a.m[6] + y * a.m[7] + z * a.m[8];
-    q[0] = d;
-    q[1] = r;
-    q[2] = d + r;
-    q[3] = d - r;
-    q[4] = u;
-    q[5] = d + u;
-    q[6] = d - u;
-}
-
 // The extremes are looked for by value only, chunk by chunk; the vertex reaching a block's extreme
 // is then found again in its chunk alone. Keeping an index beside every value in every lane would
 // cost more than the rest of the pass.
@@ -122,7 +108,7 @@ void scanBlock(ScanBlock &block)
             block.high[k] = c[k] > block.high[k] ? c[k] : block.high[k];
         }
         Float4 q[Quantities];
-        planeCoordinates(a, x, y, z, q);
+        portable::planeCoordinates(a, x, y, z, q);
         for (int s = 0; s < Slots; ++s) {
             const float value = q[s / 2][0];
             if (s % 2 ? value < block.value[s] : value > block.value[s]) {
@@ -142,14 +128,6 @@ struct ClassifyBlock
     std::vector<Vector3> kept;
 };
 
-Int4 insideAll(const std::vector<Edge> &edges, Float4 depth, Float4 across)
-{
-    Int4 inside = Int4{} - 1;
-    for (const Edge &e : edges)
-        inside &= depth * e.nDepth + across * e.nAcross <= e.limit;
-    return inside;
-}
-
 void classifyBlock(ClassifyBlock &block)
 {
     const Vector3 *v = block.begin;
@@ -159,11 +137,12 @@ void classifyBlock(ClassifyBlock &block)
     // The last vertices, fewer than eight, one by one.
     for (v = whole; v != block.end; ++v) {
         const Float4 x = Float4{} + v->x, y = Float4{} + v->y, z = Float4{} + v->z;
-        const Float4 d = x * a.m[0] + y * a.m[1] + z * a.m[2];
-        const Float4 r = x * a.m[3] + y * a.m[4] + z * a.m[5];
-        const Float4 u = x * a.m[6] + y * a.m[7] + z * a.m[8];
-        const Int4 out = ~(insideAll(*block.edges[0], d, r) & insideAll(*block.edges[1], d, u));
-        if (out[0])
+        Float4 q[Quantities];
+        portable::planeCoordinates(a, x, y, z, q);
+        Int4 inside = Int4{} - 1;
+        portable::insideAll(*block.edges[0], q[0], q[Right], inside);
+        portable::insideAll(*block.edges[1], q[0], q[Up], inside);
+        if (!inside[0])
             block.kept.push_back(*v);
     }
 }
