@@ -20,6 +20,7 @@
 using namespace vantrel::host;
 using vantrel::test::addBoxNode;
 using vantrel::test::dump;
+using vantrel::test::expectUndoRedoExact;
 
 namespace {
 
@@ -54,13 +55,7 @@ protected:
     void expectExactStep(const QByteArray &before, const char *what)
     {
         m_document.EndUndoGroup();
-        const QByteArray after = dump(m_document);
-        ASSERT_TRUE(m_document.undo()) << what;
-        EXPECT_EQ(dump(m_document), before) << "undo of " << what;
-        ASSERT_TRUE(m_document.redo()) << what;
-        EXPECT_EQ(dump(m_document), after) << "redo of " << what;
-        ASSERT_TRUE(m_document.undo()) << what;
-        m_document.history().clear();
+        expectUndoRedoExact(m_document, before, what);
     }
 
     Document m_document;

@@ -14,6 +14,7 @@
 using namespace vantrel::host;
 using vantrel::test::addBoxNode;
 using vantrel::test::dump;
+using vantrel::test::expectUndoRedoExact;
 
 namespace {
 
@@ -113,12 +114,7 @@ TEST_F(UndoTest, EveryKindOfChangeIsUndoneAndRedoneExactly)
         const QByteArray after = dump(m_document);
         EXPECT_NE(after, before) << what << " changed nothing that the dump shows";
         EXPECT_EQ(m_document.history().undoCount(), 1) << what << " is one step";
-        ASSERT_TRUE(m_document.undo()) << what;
-        EXPECT_EQ(dump(m_document), before) << "undo of " << what;
-        ASSERT_TRUE(m_document.redo()) << what;
-        EXPECT_EQ(dump(m_document), after) << "redo of " << what;
-        ASSERT_TRUE(m_document.undo()) << what;
-        m_document.history().clear();
+        expectUndoRedoExact(m_document, before, what);
     }
 }
 

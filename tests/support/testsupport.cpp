@@ -10,6 +10,8 @@
 #include "hostapp/core/scene/generators/externalmodelgenerator.h"
 #include "hostapp/core/scene/meshnode.h"
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 
 namespace vantrel::test {
@@ -121,6 +123,17 @@ double lowestWorldZ(const host::BaseNode *node)
 QByteArray dump(const host::Document &document)
 {
     return host::dumpScene(document);
+}
+
+void expectUndoRedoExact(host::Document &document, const QByteArray &before, const char *what)
+{
+    const QByteArray after = dump(document);
+    ASSERT_TRUE(document.undo()) << what;
+    EXPECT_EQ(dump(document), before) << "undo of " << what;
+    ASSERT_TRUE(document.redo()) << what;
+    EXPECT_EQ(dump(document), after) << "redo of " << what;
+    ASSERT_TRUE(document.undo()) << what;
+    document.history().clear();
 }
 
 QByteArray colladaModel(const QByteArray &nodes)

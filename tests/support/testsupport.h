@@ -46,5 +46,8 @@ QByteArray nestedColladaNodes(int levels);
 
 // The canonical dump of the document (see scenedump.h).
 QByteArray dump(const host::Document &document);
+// The document's last step is exact: undo gives before back and redo the scene as it is now. Ends
+// with the step undone and the history cleared, so that the next case starts from before.
+void expectUndoRedoExact(host::Document &document, const QByteArray &before, const char *what);
 
 } // namespace vantrel::test
