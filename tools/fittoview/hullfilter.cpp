@@ -91,6 +91,8 @@ void refine(const CameraAxes &axes,
     if (result.candidates.empty())
         return;
     const std::array<double, 3> *across[2] = {&axes.right, &axes.up};
+    PlanePolygon refined[2];
+    PlaneRegion regions[2];
     for (int p = 0; p < 2; ++p) {
         double best[Directions];
         std::size_t at[Directions] = {};
@@ -117,12 +119,17 @@ void refine(const CameraAxes &axes,
             const Vector3 &v = result.candidates[at[k]];
             points.push_back(Point2{dot(axes.depth, v), dot(*across[p], v)});
         }
-        const double low = result.planes[p].low, high = result.planes[p].high;
-        polygons[p] = buildPlane(points, leftOut, rounding, result.planes[p]);
-        result.planes[p].low = low;
-        result.planes[p].high = high;
+        refined[p] = buildPlane(points, leftOut, rounding, regions[p]);
+        // The new polygon holds the old one, so it cannot come out empty; were rounding to make
+        // it so, the first round's result stands (no edges would leave everything out).
+        if (refined[p].edges.empty())
+            return;
     }
-    // The new polygons hold the old ones, so what the first round left out is still well inside.
+    // What the first round left out is still well inside the new polygons.
+    for (int p = 0; p < 2; ++p) {
+        polygons[p] = std::move(refined[p]);
+        result.planes[p].corners = std::move(regions[p].corners);
+    }
     std::vector<Vector3> kept = keptOutside(
         VertexSource(result.candidates), floatAxes, polygons[0].edges, polygons[1].edges);
     result.leftOut += result.candidates.size() - kept.size();
