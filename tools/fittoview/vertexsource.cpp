@@ -14,11 +14,21 @@ VertexSource::VertexSource(const std::vector<Vector3> &list)
 VertexSource::VertexSource(std::vector<GatherJob> jobs, std::size_t total)
     : m_jobs(std::move(jobs))
     , m_total(total)
-{}
+{
+    std::size_t inPiece = 0;
+    for (std::size_t i = 0; i < m_jobs.size(); ++i) {
+        if (i == 0 || inPiece + m_jobs[i].count > std::size_t(VerticesPerBlock)) {
+            m_pieceStarts.push_back(i);
+            inPiece = 0;
+        }
+        inPiece += m_jobs[i].count;
+    }
+    m_pieceStarts.push_back(m_jobs.size());
+}
 
 std::size_t VertexSource::pieceCount() const
 {
-    return m_list ? (m_total + VerticesPerBlock - 1) / VerticesPerBlock : m_jobs.size();
+    return m_list ? (m_total + VerticesPerBlock - 1) / VerticesPerBlock : m_pieceStarts.size() - 1;
 }
 
 const Vector3 *VertexSource::piece(std::size_t i,
@@ -31,12 +41,14 @@ const Vector3 *VertexSource::piece(std::size_t i,
         count = std::min(m_total - first, std::size_t(VerticesPerBlock));
         return m_list->data() + first;
     }
-    const GatherJob &job = m_jobs[i];
-    if (scratch.size() < job.count)
-        scratch.resize(std::max(job.count, std::size_t(VerticesPerBlock)));
-    gatherJob(job, scratch.data());
-    first = job.offset;
-    count = job.count;
+    const GatherJob *begin = m_jobs.data() + m_pieceStarts[i];
+    const GatherJob *end = m_jobs.data() + m_pieceStarts[i + 1];
+    first = begin->offset;
+    count = (end - 1)->offset + (end - 1)->count - first;
+    if (scratch.size() < count)
+        scratch.resize(std::max(count, std::size_t(VerticesPerBlock)));
+    for (const GatherJob *job = begin; job != end; ++job)
+        gatherJob(*job, scratch.data() + (job->offset - first));
     return scratch.data();
 }
 

@@ -31,5 +31,9 @@ public:
 private:
     const std::vector<Vector3> *m_list = nullptr;
     std::vector<GatherJob> m_jobs;
+    // Read from the records, a piece is a run of consecutive jobs of at most one block in all:
+    // a scene of many small shapes is read in blocks, not shape by shape. Each entry is the
+    // piece's first job; the last entry is the number of jobs.
+    std::vector<std::size_t> m_pieceStarts;
     std::size_t m_total = 0;
 };
