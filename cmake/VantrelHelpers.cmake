@@ -43,6 +43,9 @@ function(vantrel_add_test)
     endif()
     add_executable(${ARG_NAME} ${ARG_SOURCES})
     target_link_libraries(${ARG_NAME} PRIVATE vantrel-testmain ${ARG_DEPENDS})
+    # The host library reads model files with this program; the library cannot depend on a
+    # program that links it, so the programs that use the library do.
+    add_dependencies(${ARG_NAME} vantrel-model-reader)
     gtest_discover_tests(${ARG_NAME}
         DISCOVERY_TIMEOUT 60
         PROPERTIES
@@ -87,4 +90,7 @@ function(vantrel_add_benchmark)
     cmake_parse_arguments(ARG "" "NAME" "SOURCES;DEPENDS" ${ARGN})
     add_executable(${ARG_NAME} ${ARG_SOURCES})
     target_link_libraries(${ARG_NAME} PRIVATE benchmark::benchmark ${ARG_DEPENDS})
+    # The host library reads model files with this program; the library cannot depend on a
+    # program that links it, so the programs that use the library do.
+    add_dependencies(${ARG_NAME} vantrel-model-reader)
 endfunction()

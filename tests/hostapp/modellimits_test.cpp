@@ -13,7 +13,11 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
+#include <atomic>
+#include <memory>
+#include <thread>
 #include <utility>
+#include <vector>
 
 #include <sys/stat.h>
 
@@ -167,4 +171,44 @@ TEST(ModelFile, AFaultInsideTheImporterIsReportedAndTheProgramGoesOn)
     const MeshPtr jar = ModelFile::read(s_jar, ModelFile::Limits(), &error);
     ASSERT_TRUE(jar) << qPrintable(error);
     EXPECT_EQ(jar->triangleCount(), 24 + 48 + 24 + 10 * 48);
+}
+
+// A reader made by copying this process (fork) would start with whatever locks other threads held
+// at that moment, the memory allocator's among them, and could wait for ever on one. Here two
+// threads allocate all the time while models are read; every read must still end with its mesh.
+TEST(ModelFile, ReadsWhileOtherThreadsHoldTheAllocator)
+{
+    std::atomic<bool> stop{false};
+    std::vector<std::thread> allocating;
+    for (int t = 0; t < 2; ++t) {
+        allocating.emplace_back([&stop, t] {
+            // Batches of blocks of every size, small to large, so that the allocator's shared
+            // lists (and their locks) are reached, not only each thread's own cache.
+            std::vector<std::unique_ptr<char[]>> blocks(512);
+            std::size_t size = 16 + std::size_t(t);
+            while (!stop.load(std::memory_order_relaxed)) {
+                for (std::unique_ptr<char[]> &block : blocks) {
+                    block.reset(new char[size]);
+                    block[size / 2] = char(size);
+                    size = size > (std::size_t(1) << 20) ? 16 : size * 5 / 4 + 1;
+                }
+                for (std::unique_ptr<char[]> &block : blocks)
+                    block.reset();
+            }
+        });
+    }
+    ModelFile::Limits limits;
+    limits.timeMilliseconds = 10000;
+    int read = 0;
+    QString error;
+    for (int i = 0; i < 40; ++i) {
+        const MeshPtr jar = ModelFile::read(s_jar, limits, &error);
+        if (!jar)
+            break;
+        read += jar->triangleCount() == 24 + 48 + 24 + 10 * 48;
+    }
+    stop = true;
+    for (std::thread &thread : allocating)
+        thread.join();
+    EXPECT_EQ(read, 40) << qPrintable(error);
 }

@@ -2,20 +2,27 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// The messages a model-reading child process sends its parent through their pipe
-// (ModelReaderProcess reads them, modelreaderchild.cpp writes them).
+// The messages the model reader (the vantrel-model-reader program) sends the program that
+// started it through their pipe (ModelReaderProcess reads them, hostapp/modelreader writes them).
 
 #include <QtGlobal>
 
 namespace vantrel::host::modelchannel {
 
-// The child's messages. Each starts with a MessageHeader; a mesh follows with a PartHeader, the
-// vertex records and the indices of each part. Both ends are this same program on this same
-// machine, so the structures travel as they are in memory.
+// The reader's end of the pipe, and the first word of its command line: a reader built from
+// other sources refuses to start rather than misread its arguments or send other structures.
+constexpr int ChannelFd = 3;
+constexpr char ProtocolVersion[] = "vantrel-model-channel-1";
+
+// The reader's messages. Each starts with a MessageHeader; a mesh follows with a PartHeader, the
+// vertex records and the indices of each part. Both ends are built from the same sources for the
+// same machine, so the structures travel as they are in memory. Ready comes first, then exactly
+// one of the others.
 enum class Kind : quint32 {
     Refusal = 1,     // count bytes of UTF-8 follow: why the file cannot be read
     OutOfMemory = 2, // reading needed more memory than the limit allowed
     Mesh = 3,        // count parts, with vertexCount vertices and indexCount indices in all
+    Ready = 4,       // the reader has started and set its limits, and opens the file next
 };
 
 struct MessageHeader

@@ -17,9 +17,8 @@ namespace vantrel::host {
 // the checks on what it made, and the conversion into mesh parts (see ModelFile for what the
 // mesh holds).
 //
-// Runs in the reading process that ModelReaderProcess starts, so it may crash, loop or run out
-// of memory without harm to the program; it uses nothing but the importer, Qt's file and JSON
-// classes and plain computation, which are safe in a process forked from a threaded one.
+// Runs in the reader program that ModelReaderProcess starts, so it may crash, loop or run out
+// of memory without harm to the program.
 class VANTREL_HOST_EXPORT ModelImport
 {
 public:

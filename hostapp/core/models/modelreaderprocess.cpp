@@ -3,9 +3,11 @@
 #include "hostapp/core/models/modelreaderprocess.h"
 
 #include "hostapp/core/models/modelchannel.h"
-#include "hostapp/core/models/modelreaderchild.h"
 
 #include <QByteArray>
+#include <QFile>
+#include <QFileInfo>
+#include <QList>
 
 #include <algorithm>
 #include <cerrno>
@@ -13,20 +15,19 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
-#include <exception>
-#include <new>
 #include <utility>
+#include <vector>
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
-#include <sys/prctl.h>
-#include <sys/resource.h>
+#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-// Sanitizers that keep shadow memory reserve terabytes of address space when the program
-// starts, so an address-space limit would stop the child before it reads a byte.
+// Sanitizers that keep shadow memory reserve terabytes of address space when a program starts,
+// so the reader sets no address-space limit and this side watches its resident memory instead.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define VANTREL_SHADOW_MEMORY 1
 #elif defined(__has_feature)
@@ -40,68 +41,56 @@ namespace vantrel::host {
 
 namespace {
 
+using modelchannel::ChannelFd;
 using modelchannel::Kind;
 using modelchannel::MaximumRefusalBytes;
 using modelchannel::MessageHeader;
 using modelchannel::PartHeader;
+using modelchannel::ProtocolVersion;
 using Clock = std::chrono::steady_clock;
 
-// How often the parent looks at the child's memory where no address-space limit can be set.
+// How often the reader's memory is looked at where no address-space limit can be set.
 constexpr int MemoryWatchMilliseconds = 20;
 
-// A process's address space and resident memory in bytes, from /proc; zero when unknown.
-struct MemoryUse
-{
-    qint64 addressSpace = 0;
-    qint64 resident = 0;
-};
-
-MemoryUse memoryOf(pid_t pid)
+// A process's resident memory in bytes, from /proc; zero when unknown.
+qint64 residentMemoryOf(pid_t pid)
 {
     char name[48];
     std::snprintf(name, sizeof name, "/proc/%d/statm", int(pid));
     const int fd = ::open(name, O_RDONLY | O_CLOEXEC);
     if (fd < 0)
-        return {};
+        return 0;
     char text[128] = {};
     const ssize_t length = ::read(fd, text, sizeof text - 1);
     ::close(fd);
     long long pages = 0, residentPages = 0;
     if (length <= 0 || std::sscanf(text, "%lld %lld", &pages, &residentPages) != 2)
-        return {};
-    const qint64 pageSize = ::sysconf(_SC_PAGESIZE);
-    return {pages * pageSize, residentPages * pageSize};
+        return 0;
+    return residentPages * ::sysconf(_SC_PAGESIZE);
 }
 
-// The child's address-space limit: what the program maps already (the child starts as a copy of
-// it) plus the budget; zero for none.
-rlim_t addressSpaceLimit(qint64 budget)
-{
-#ifdef VANTREL_SHADOW_MEMORY
-    Q_UNUSED(budget)
-    return 0;
-#else
-    const qint64 used = memoryOf(::getpid()).addressSpace;
-    return used > 0 ? rlim_t(used + budget) : 0;
-#endif
-}
-
-// The parent's half -------------------------------------------------------------------------------
-
-// Reads the child's answer from the pipe within the time limit, and where the child's memory
-// cannot be limited by the system, within the memory budget too.
+// Reads the reader's answer from the pipe within the time limit, and in builds where the
+// reader's memory cannot be limited by the system, within the memory budget too.
 class Receiver
 {
 public:
     enum class Stop { None, Closed, TimedOut, OutOfMemory, Failed };
 
-    Receiver(int fd, pid_t child, const ModelFile::Limits &limits, bool watchMemory)
+    Receiver(int fd, pid_t child, const ModelFile::Limits &limits)
         : m_fd(fd)
         , m_child(child)
         , m_deadline(Clock::now() + std::chrono::milliseconds(limits.timeMilliseconds))
         , m_memoryBudget(limits.memoryBytes)
-        , m_residentAtStart(watchMemory ? memoryOf(::getpid()).resident : 0)
     {}
+
+    // From now on the reader's resident memory beyond what it holds now counts against the
+    // budget; called when the reader says it is ready, before it opens the file.
+    void watchMemoryFromNow()
+    {
+#ifdef VANTREL_SHADOW_MEMORY
+        m_residentAtStart = std::max<qint64>(1, residentMemoryOf(m_child));
+#endif
+    }
 
     // Exactly size bytes into data, or false with stop() saying why.
     bool read(void *data, std::size_t size)
@@ -127,7 +116,10 @@ public:
         return true;
     }
 
-    Stop stop() const { return m_stop; }
+    Stop stop() const
+    {
+        return m_stop;
+    }
 
 private:
     bool waitForData()
@@ -140,7 +132,7 @@ private:
                 return false;
             }
             if (m_residentAtStart > 0
-                && memoryOf(m_child).resident - m_residentAtStart > m_memoryBudget) {
+                && residentMemoryOf(m_child) - m_residentAtStart > m_memoryBudget) {
                 m_stop = Stop::OutOfMemory;
                 return false;
             }
@@ -162,7 +154,7 @@ private:
     const pid_t m_child;
     const Clock::time_point m_deadline;
     const qint64 m_memoryBudget;
-    const qint64 m_residentAtStart; // zero: the system limits the child's memory
+    qint64 m_residentAtStart = 0; // zero: not watched (the system limits the reader's memory)
     Stop m_stop = Stop::None;
 };
 
@@ -176,7 +168,7 @@ struct Answer
         , mesh(std::move(answerMesh))
     {}
 
-    Kind kind; // None when the child ended or was stopped before a whole answer came
+    Kind kind; // None when the reader ended or was stopped before a whole answer came
     QString refusal;
     MeshPtr mesh;
 };
@@ -227,6 +219,11 @@ Answer receiveAnswer(Receiver &in)
     MessageHeader header;
     if (!in.read(&header, sizeof header))
         return {};
+    if (Kind(header.kind) != Kind::Ready)
+        return {Answer::Malformed};
+    in.watchMemoryFromNow();
+    if (!in.read(&header, sizeof header))
+        return {};
     switch (Kind(header.kind)) {
     case Kind::Refusal: {
         if (header.count > quint32(MaximumRefusalBytes))
@@ -240,6 +237,8 @@ Answer receiveAnswer(Receiver &in)
         return {Answer::OutOfMemory};
     case Kind::Mesh:
         return receiveMesh(in, header);
+    case Kind::Ready:
+        break;
     }
     return {Answer::Malformed};
 }
@@ -262,41 +261,102 @@ QString tookTooLong(const ModelFile::Limits &limits)
         .arg(limits.timeMilliseconds / 1000.);
 }
 
+// The reader program: bin/vantrel-model-reader beside the lib/ folder of this library, where
+// the build puts it and the program files are laid out alike (as the plug-in is found in
+// plugins/ beside bin/).
+const QByteArray &readerProgram()
+{
+    static const QByteArray s_program = [] {
+        Dl_info info = {};
+        if (::dladdr(reinterpret_cast<void *>(&readerProgram), &info) == 0 || !info.dli_fname)
+            return QByteArray("vantrel-model-reader");
+        const QString library = QFileInfo(QFile::decodeName(info.dli_fname)).canonicalPath();
+        return QFile::encodeName(library + QStringLiteral("/../bin/vantrel-model-reader"));
+    }();
+    return s_program;
+}
+
+// Starts the reader on path with its end of the pipe as descriptor 3, its output to /dev/null,
+// every signal at its default and none blocked; nothing else of this process is passed on.
+// Returns 0 or the error number.
+int startReader(const QString &path, const ModelFile::Limits &limits, int channel, pid_t *child)
+{
+    QList<QByteArray> words = {readerProgram(),
+                               QByteArray(ProtocolVersion),
+                               QByteArray::number(qint64(::getpid())),
+                               QByteArray::number(limits.nodeDepth),
+                               QByteArray::number(limits.nodeCount),
+                               QByteArray::number(limits.memoryBytes),
+                               QByteArray::number(limits.timeMilliseconds),
+                               QFile::encodeName(path)};
+    std::vector<char *> arguments;
+    for (QByteArray &word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawnattr_t attributes;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawnattr_init(&attributes);
+    ::posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+    ::posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+    ::posix_spawn_file_actions_adddup2(&actions, channel, ChannelFd);
+    ::posix_spawn_file_actions_addclosefrom_np(&actions, ChannelFd + 1);
+    sigset_t mask;
+    ::sigemptyset(&mask);
+    ::posix_spawnattr_setsigmask(&attributes, &mask);
+    ::sigfillset(&mask);
+    ::posix_spawnattr_setsigdefault(&attributes, &mask);
+    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    const int error
+        = ::posix_spawn(child, arguments[0], &actions, &attributes, arguments.data(), environ);
+    ::posix_spawnattr_destroy(&attributes);
+    ::posix_spawn_file_actions_destroy(&actions);
+    return error;
+}
+
+QString cannotStart(int error)
+{
+    return QStringLiteral("cannot start the model importer %1: %2")
+        .arg(QFile::decodeName(readerProgram()), QString::fromLocal8Bit(std::strerror(error)));
+}
+
 } // namespace
 
 MeshPtr
 ModelReaderProcess::read(const QString &path, const ModelFile::Limits &limits, QString *problem)
 {
+    // The reader's end is moved above the descriptors the reader is given, so that making it
+    // descriptor 3 is always a real copy, which clears its close-on-exec flag.
     int pipe[2];
     if (::pipe2(pipe, O_CLOEXEC) != 0) {
-        *problem = QStringLiteral("cannot start the model importer: %1")
-                       .arg(QString::fromLocal8Bit(std::strerror(errno)));
+        *problem = cannotStart(errno);
         return nullptr;
     }
-    const rlim_t addressSpace = addressSpaceLimit(limits.memoryBytes);
-    const pid_t parent = ::getpid();
-    const pid_t child = ::fork();
-    if (child < 0) {
-        const int error = errno;
+    const int channel = ::fcntl(pipe[1], F_DUPFD_CLOEXEC, ChannelFd + 1);
+    const int pipeError = errno;
+    ::close(pipe[1]);
+    if (channel < 0) {
         ::close(pipe[0]);
-        ::close(pipe[1]);
-        *problem = QStringLiteral("cannot start the model importer: %1")
-                       .arg(QString::fromLocal8Bit(std::strerror(error)));
+        *problem = cannotStart(pipeError);
         return nullptr;
     }
-    if (child == 0) {
+    pid_t child = 0;
+    const int error = startReader(path, limits, channel, &child);
+    ::close(channel); // so that this end sees the end of the pipe when the reader is gone
+    if (error != 0) {
         ::close(pipe[0]);
-        runModelReaderChild(pipe[1], parent, path, limits, addressSpace);
+        *problem = cannotStart(error);
+        return nullptr;
     }
-    ::close(pipe[1]); // so that the read end sees the end of the pipe when the child is gone
 
-    Receiver receiver(pipe[0], child, limits, addressSpace == 0);
+    Receiver receiver(pipe[0], child, limits);
     const Answer answer = receiveAnswer(receiver);
     const bool complete = answer.kind == Answer::Refusal || answer.kind == Answer::OutOfMemory
                           || answer.kind == Answer::Mesh;
     if (!complete)
-        ::kill(child, SIGKILL); // past a limit, or talking nonsense; a child already gone keeps
-                                // the status it ended with
+        ::kill(child, SIGKILL); // past a limit, or talking nonsense; a reader already gone
+                                // keeps the status it ended with
     ::close(pipe[0]);
     int status = 0;
     const bool ended = waitForExit(child, &status);

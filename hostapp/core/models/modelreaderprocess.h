@@ -9,19 +9,21 @@
 
 namespace vantrel::host {
 
-// Reads a model file in a child process of its own, so that whatever the importer does with a
-// hostile or damaged file stays there: a crash, an endless loop, or an appetite for memory ends
-// that process, and this one reports it and carries on with the user's scene as it was.
+// Reads a model file in a process of its own, so that whatever the importer does with a hostile
+// or damaged file stays there: a crash, an endless loop, or an appetite for memory ends that
+// process, and this one reports it and carries on with the user's scene as it was.
 //
-// The child is forked (not started from a program file: it needs no helper program to be
-// installed and found, and starts with the importer already loaded). It lowers its own limits
-// before it reads: address space (the program's own plus the limits' memory budget; not in
-// AddressSanitizer builds, which reserve terabytes of shadow memory up front, so there the
-// parent watches the child's resident memory instead), processor time, and no core file. The
-// parent waits no longer than the limits' time and kills a child that takes longer.
+// The reader is a program of its own (vantrel-model-reader, in bin/ beside the lib/ folder of
+// this library), started for each file with posix_spawn. It is not a fork of this process: a
+// fork of a threaded program copies locks that other threads held at that moment (the memory
+// allocator's among them), and a child that needs one waits for ever. The reader lowers its own
+// limits before it opens the file: address space (its own plus the limits' memory budget; not
+// in AddressSanitizer builds, which reserve terabytes of shadow memory up front, so there this
+// side watches the reader's resident memory instead), processor time, and no core file. This
+// side waits no longer than the limits' time and kills a reader that takes longer.
 //
-// The child sends its answer through a pipe: a header with the counts, then the vertex records
-// and indices of each part. The parent checks every count against ModelFile's limits before it
+// The reader sends its answer through a pipe: a header with the counts, then the vertex records
+// and indices of each part. This side checks every count against ModelFile's limits before it
 // allocates anything, and every index against its part, so the channel cannot make it allocate
 // without bound or draw outside a part. Messages carry a kind, so that a later kind (progress
 // while a large model is read) can precede the answer.
