@@ -189,6 +189,7 @@ struct FitResult
     float distance, aspectRatio;
     int passes, fullPasses;
     std::size_t candidates;
+    int readings;
 };
 
 FitResult fitOnce(Document &document, FitProbes::Measuring measuring, int runs)
@@ -203,6 +204,7 @@ FitResult fitOnce(Document &document, FitProbes::Measuring measuring, int runs)
         result.passes = settings.passCount();
         result.fullPasses = settings.fullPassCount();
         result.candidates = settings.candidateCount();
+        result.readings = settings.filterReadingCount();
     });
     return result;
 }
@@ -254,7 +256,7 @@ void wholeFit(std::size_t count, int runs)
                 " limit passes) and filtered %7.3f ms (%5.2f); a fit makes it only when a"
                 " question needs every vertex\n"
                 "   whole fit %8.3f ms = %5.2f limit passes: %d probes, %d over every vertex,"
-                " the rest over %zu candidates\n"
+                " the rest over %zu candidates; the filter read the list %d time(s)\n"
                 "   the fit passing over every vertex every time: %8.3f ms = %6.2f limit passes;"
                 " same camera: %s\n",
                 double(count) / 1e6,
@@ -268,6 +270,7 @@ void wholeFit(std::size_t count, int runs)
                 fit.passes,
                 fit.fullPasses,
                 fit.candidates,
+                fit.readings,
                 full.milliseconds,
                 full.milliseconds / limit,
                 sameCamera(fit, full) ? "yes" : "NO");

@@ -23,7 +23,9 @@ using vantrel::test::addPointsNode;
 namespace {
 
 // Clouds of the shapes a fit meets: a solid block, the surface of a ball, a flat panel, a grid of
-// small boxes (many vertices exactly on the hull), and a block far from the origin.
+// small boxes (many vertices exactly on the hull), a block far from the origin, and a block with
+// a few points three times as far out, none of them among every 32nd vertex that the filter's first
+// sample reads.
 std::vector<Vector3> cloud(int shape, std::size_t count, std::mt19937 &random)
 {
     std::uniform_real_distribution<float> unit(-1.f, 1.f);
@@ -50,8 +52,13 @@ std::vector<Vector3> cloud(int shape, std::size_t count, std::mt19937 &random)
                         float(cell / 100 * 2 + (corner >> 2 & 1))};
             break;
         }
-        default:
+        case 4:
             p = Vector3{p.x * 3.f + 4000.f, p.y * 3.f - 2500.f, p.z * 3.f};
+            break;
+        default: {
+            const float out = i % 1000 == 17 ? 3.f : 1.f;
+            p = Vector3{p.x * 20.f * out, p.y * 20.f * out, p.z * 20.f * out};
+        }
         }
         points[i] = p;
     }
@@ -83,8 +90,8 @@ TEST(FitProbesTest, EveryProbeAnswersAsAPassOverEveryVertex)
     std::uniform_real_distribution<float> angle(-180.f, 180.f), pitch(-85.f, 85.f);
     std::uniform_real_distribution<float> unit(0.f, 1.f);
     int filteredAnswers = 0, probes = 0;
-    for (int scene = 0; scene < 25; ++scene) {
-        const int shape = scene % 5;
+    for (int scene = 0; scene < 30; ++scene) {
+        const int shape = scene % 6;
         const std::vector<Vector3> points = cloud(shape, 60000 + std::size_t(scene) * 997, random);
         const Vector3 centre = centreOf(points);
         Document document;
@@ -96,6 +103,14 @@ TEST(FitProbesTest, EveryProbeAnswersAsAPassOverEveryVertex)
         // Solid shapes leave most vertices well inside; a ball's surface is all near its rim.
         if (shape == 0 || shape == 3) {
             EXPECT_LT(probe.candidateCount(), points.size() / 5) << "the filter left out little";
+        }
+        // The sample's polygons serve where it is like the whole; the far points send the filter
+        // back to the list's own extremes.
+        if (shape == 0 || shape == 3 || shape == 4) {
+            EXPECT_EQ(probe.filterReadingCount(), 1);
+        }
+        if (shape == 5) {
+            EXPECT_EQ(probe.filterReadingCount(), 2);
         }
         for (int k = 0; k < 60; ++k) {
             // Cameras from far outside to inside the cloud, aimed near its centre, in frames
@@ -129,17 +144,22 @@ TEST(FitProbesTest, TheBoundingBoxIsTheSequentialOneEvenForSignedZeros)
 {
     // A sequential min/max keeps the first of +0 and -0 it meets; blocks and lanes meet them in
     // another order.
+    // The first zero lies in the first block of 50 000 vertices or in a later one; the other one
+    // comes soon after it in the same block, in a lane of eight that the lanes' minimum meets
+    // first.
     for (float first : {0.f, -0.f}) {
-        std::vector<Vector3> points(120001, Vector3{1.f, 2.f, 3.f});
-        points[5] = Vector3{first, -first, first};
-        points[70000] = Vector3{-first, first, -first};
-        points[120000] = Vector3{-7.f, 9.f, 0.f};
-        const Matrix camera;
-        const FitProbes filtered(points, camera, FitProbes::Filtered);
-        const FitProbes plain(points, camera, FitProbes::FullPasses);
-        EXPECT_EQ(std::memcmp(filtered.low(), plain.low(), 3 * sizeof(float)), 0);
-        EXPECT_EQ(std::memcmp(filtered.high(), plain.high(), 3 * sizeof(float)), 0);
-        EXPECT_EQ(std::signbit(plain.low()[2]), std::signbit(first));
+        for (std::size_t at : {std::size_t(5), std::size_t(60001), std::size_t(99977)}) {
+            std::vector<Vector3> points(120001, Vector3{1.f, 2.f, 3.f});
+            points[at] = Vector3{first, -first, first};
+            points[at + 15] = Vector3{-first, first, -first};
+            points[120000] = Vector3{-7.f, 9.f, 0.f};
+            const Matrix camera;
+            const FitProbes filtered(points, camera, FitProbes::Filtered);
+            const FitProbes plain(points, camera, FitProbes::FullPasses);
+            EXPECT_EQ(std::memcmp(filtered.low(), plain.low(), 3 * sizeof(float)), 0) << at;
+            EXPECT_EQ(std::memcmp(filtered.high(), plain.high(), 3 * sizeof(float)), 0) << at;
+            EXPECT_EQ(std::signbit(plain.low()[2]), std::signbit(first));
+        }
     }
 }
 

@@ -42,6 +42,8 @@ public:
     const float *high() const { return m_filter.high; }
 
     std::size_t candidateCount() const;
+    // How many times the filter read the whole list (hullfilter.h): 0 with FullPasses.
+    int filterReadingCount() const { return m_filter.readings; }
     int probeCount() const { return m_probes; }
     int fullPassCount() const { return m_fullPasses; }
 

@@ -127,6 +127,7 @@ void FitToViewImplementation::computeFit()
     m_passes += probes.probeCount();
     m_fullPasses += probes.fullPassCount();
     m_candidates = probes.candidateCount();
+    m_filterReadings = probes.filterReadingCount();
     view->SetDistance((m_padding + 1.0f) * m_fitDistanceBase);
 }
 

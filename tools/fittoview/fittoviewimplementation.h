@@ -42,10 +42,12 @@ public:
     // The tightest distance the last fit found, before the padding; 0 before any fit.
     float fitDistanceBase() const { return m_fitDistanceBase; }
     // For measurements, since construction: the probes asked, how many of them needed a pass
-    // over the whole list, and how many vertices the last fit's probes ran on.
+    // over the whole list, how many vertices the last fit's probes ran on, and how many times
+    // its filter read the whole list.
     int passCount() const { return m_passes; }
     int fullPassCount() const { return m_fullPasses; }
     std::size_t candidateCount() const { return m_candidates; }
+    int filterReadingCount() const { return m_filterReadings; }
 
 private:
     void computeFit();
@@ -62,4 +64,5 @@ private:
     int m_passes = 0;
     int m_fullPasses = 0;
     std::size_t m_candidates = 0;
+    int m_filterReadings = 0;
 };

@@ -23,10 +23,30 @@ constexpr int PlaneSlots[2][8] = {{0, 1, 2, 3, 4, 5, 6, 7}, {0, 1, 8, 9, 10, 11,
 constexpr double RoundingShare = 1.0 / (1 << 18);
 constexpr double LeftOutShare = 1.0 / (1 << 12);
 
+// The polygons are first drawn through every SampleStride-th vertex, where the list is at least
+// SmallestSample such samples long.
+constexpr std::size_t SampleStride = 32;
+constexpr std::size_t SmallestSample = 256;
+
+// The axis along each plane's normal: up for (depth, right), right for (depth, up).
+constexpr int NormalQuantity[2] = {Up, Right};
+
 double dot(const std::array<double, 3> &a, const Vector3 &v)
 {
     return a[0] * double(v.x) + a[1] * double(v.y) + a[2] * double(v.z);
 }
+
+// The margins: rounding for vertices whose coordinates' magnitudes sum to at most roundingSum,
+// which every vertex the classification may leave out must meet; leftOut in proportion to the
+// magnitudes the fit's cameras will see, about leftOutSum.
+struct Margins
+{
+    Margins(double roundingSum, double leftOutSum)
+        : rounding(roundingSum * RoundingShare)
+        , leftOut(leftOutSum * LeftOutShare)
+    {}
+    double rounding, leftOut;
+};
 
 // One plane's polygon through the given vertices: the edges the classifying pass tests (pulled in
 // by the left-out margin plus twice the rounding margin, one for the vertices' plane coordinates
@@ -39,51 +59,58 @@ struct PlanePolygon
     std::vector<Edge> edges;
 };
 
-PlanePolygon
-buildPlane(const std::vector<Point2> &points, double leftOut, double rounding, PlaneRegion &region)
+PlanePolygon buildPlane(const std::vector<Point2> &points, const Margins &m, PlaneRegion &region)
 {
     PlanePolygon polygon{convexHull(points), {}};
-    region.corners = pulledIn(polygon.hull, leftOut - rounding * 1e-6);
+    region.corners = pulledIn(polygon.hull, m.leftOut - m.rounding * 1e-6);
     if (region.corners.empty())
         return polygon;
     for (const HalfPlane &h : edgesOf(polygon.hull)) {
         polygon.edges.push_back(
-            Edge{float(h.nDepth), float(h.nAcross), float(h.limit - leftOut - 2.0 * rounding)});
+            Edge{float(h.nDepth), float(h.nAcross), float(h.limit - m.leftOut - 2.0 * m.rounding)});
     }
     return polygon;
 }
 
 // The bounding box as a sequential pass gives it. The blocked one has the same values, except that
 // where the smallest or largest value is a zero, which of +0 and -0 a sequential pass keeps
-// depends on their order: that axis is passed again in order.
-void settleZeroBounds(const VertexSource &source, FilteredVertices &result)
+// depends on their order: it keeps the first zero of the list, since no value on that side of
+// zero comes before or after it. Only the first block holding a zero is read again, in order.
+// (Shapes standing on the floor have a smallest height of exactly zero.)
+void settleZeroBounds(const VertexSource &source,
+                      const std::vector<ScanBlock> &blocks,
+                      FilteredVertices &result)
 {
     for (int k = 0; k < 3; ++k) {
         if (result.low[k] != 0.0f && result.high[k] != 0.0f)
             continue;
-        float low = FLT_MAX, high = -FLT_MAX;
+        const auto holding = std::find_if(
+            blocks.begin(), blocks.end(), [k](const ScanBlock &block) { return block.zero[k]; });
+        if (holding == blocks.end())
+            continue; // no coordinate is zero (the bound is NaN's or FLT_MAX's)
         std::vector<Vector3> list;
-        for (std::size_t i = 0; i < source.pieceCount(); ++i) {
-            std::size_t first = 0, count = 0;
-            const Vector3 *piece = source.piece(i, list, first, count);
-            for (const Vector3 *v = piece; v != piece + count; ++v) {
-                const float c = k == 0 ? v->x : k == 1 ? v->y : v->z;
-                low = std::min(low, c);
-                high = std::max(high, c);
-            }
-        }
-        result.low[k] = low;
-        result.high[k] = high;
+        std::size_t first = 0, count = 0;
+        const Vector3 *piece = source.piece(holding->piece, list, first, count);
+        const Vector3 *v = piece;
+        const auto coordinate = [k](const Vector3 &p) { return k == 0 ? p.x : k == 1 ? p.y : p.z; };
+        while (v != piece + count && coordinate(*v) != 0.0f)
+            ++v;
+        if (v == piece + count)
+            continue;
+        if (result.low[k] == 0.0f)
+            result.low[k] = coordinate(*v);
+        if (result.high[k] == 0.0f)
+            result.high[k] = coordinate(*v);
     }
 }
 
 // The second round, over the first round's candidates only: their extremes along sixteen more
-// directions join each polygon's corners, which brings the polygons close to the true hulls where
-// eight directions missed a corner of them.
+// directions and the list's own extremes join each polygon's corners, which brings the polygons
+// close to the true hulls where eight directions (or a sample) missed a corner of them.
 void refine(const CameraAxes &axes,
             const FloatAxes &floatAxes,
-            double leftOut,
-            double rounding,
+            const Margins &margins,
+            const std::vector<Point2> extremes[2],
             PlanePolygon polygons[2],
             FilteredVertices &result)
 {
@@ -115,11 +142,12 @@ void refine(const CameraAxes &axes,
             }
         }
         std::vector<Point2> points = polygons[p].hull;
+        points.insert(points.end(), extremes[p].begin(), extremes[p].end());
         for (int k = 0; k < Directions; ++k) {
             const Vector3 &v = result.candidates[at[k]];
             points.push_back(Point2{dot(axes.depth, v), dot(*across[p], v)});
         }
-        refined[p] = buildPlane(points, leftOut, rounding, regions[p]);
+        refined[p] = buildPlane(points, margins, regions[p]);
         // The new polygon holds the old one, so it cannot come out empty; were rounding to make
         // it so, the first round's result stands (no edges would leave everything out).
         if (refined[p].edges.empty())
@@ -134,6 +162,87 @@ void refine(const CameraAxes &axes,
         VertexSource(result.candidates), floatAxes, polygons[0].edges, polygons[1].edges);
     result.leftOut += result.candidates.size() - kept.size();
     result.candidates = std::move(kept);
+}
+
+// The extremes of the plane coordinates over the list, and the vertex reaching each.
+struct Extremes
+{
+    float value[Slots];
+    std::size_t index[Slots] = {};
+};
+
+// The blocks' extremes and bounding boxes folded together, the box into result.
+Extremes combine(const std::vector<ScanBlock> &blocks, FilteredVertices &result)
+{
+    Extremes found;
+    for (int s = 0; s < Slots; ++s)
+        found.value[s] = s % 2 ? FLT_MAX : -FLT_MAX;
+    for (int k = 0; k < 3; ++k) {
+        result.low[k] = FLT_MAX;
+        result.high[k] = -FLT_MAX;
+        result.magnitude[k] = 0;
+    }
+    for (const ScanBlock &block : blocks) {
+        for (int s = 0; s < Slots; ++s) {
+            if (s % 2 ? block.value[s] < found.value[s] : block.value[s] > found.value[s]) {
+                found.value[s] = block.value[s];
+                found.index[s] = block.index[s];
+            }
+        }
+        for (int k = 0; k < 3; ++k) {
+            result.low[k] = block.low[k] < result.low[k] ? block.low[k] : result.low[k];
+            result.high[k] = block.high[k] > result.high[k] ? block.high[k] : result.high[k];
+        }
+    }
+    return found;
+}
+
+// Plane p's points (depth, across) of the vertices at its slots' extremes.
+template<typename VertexAt>
+std::vector<Point2> planePoints(int p, const CameraAxes &axes, VertexAt vertexAt)
+{
+    const std::array<double, 3> &across = p == 0 ? axes.right : axes.up;
+    std::vector<Point2> points;
+    for (int s : PlaneSlots[p]) {
+        const Vector3 v = vertexAt(s);
+        points.push_back(Point2{dot(axes.depth, v), dot(across, v)});
+    }
+    return points;
+}
+
+// Polygons drawn through the extremes of every SampleStride-th vertex, with the margins of
+// rounding margin of vertices whose magnitudes sum to at most roundingSum: twice the sample's own
+// sum, since the list's extremes lie a little beyond the sample's.
+struct SampledPolygons
+{
+    PlanePolygon polygons[2];
+    PlaneRegion regions[2];
+    double sum = 0;
+    double roundingSum = 0;
+    Margins margins() const { return Margins(roundingSum, sum); }
+};
+
+bool drawFromSample(const VertexSource &source,
+                    const CameraAxes &axes,
+                    const FloatAxes &floatAxes,
+                    SampledPolygons &sampled)
+{
+    const std::vector<Vector3> points = source.sample(SampleStride);
+    FilteredVertices box;
+    const Extremes found = combine(scan(VertexSource(points), floatAxes), box);
+    for (int k = 0; k < 3; ++k)
+        sampled.sum += std::max(std::fabs(double(box.low[k])), std::fabs(double(box.high[k])));
+    sampled.roundingSum = 2 * sampled.sum;
+    if (!(sampled.sum > 0) || !std::isfinite(sampled.roundingSum))
+        return false;
+    for (int p = 0; p < 2; ++p) {
+        const std::vector<Point2> extremes = planePoints(
+            p, axes, [&points, &found](int slot) { return points[found.index[slot]]; });
+        sampled.polygons[p] = buildPlane(extremes, sampled.margins(), sampled.regions[p]);
+        if (sampled.polygons[p].edges.empty())
+            return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -166,35 +275,25 @@ FilteredVertices filterVertices(const std::vector<Vector3> &vertices, const Came
 FilteredVertices filterVertices(const VertexSource &source, const CameraAxes &axes)
 {
     FilteredVertices result;
-    for (int k = 0; k < 3; ++k) {
-        result.low[k] = FLT_MAX;
-        result.high[k] = -FLT_MAX;
-        result.magnitude[k] = 0;
-    }
     FloatAxes floatAxes;
     for (int k = 0; k < 3; ++k) {
         floatAxes.m[k] = float(axes.depth[k]);
         floatAxes.m[3 + k] = float(axes.right[k]);
         floatAxes.m[6 + k] = float(axes.up[k]);
     }
-    const std::vector<ScanBlock> blocks = scan(source, floatAxes);
-    float value[Slots];
-    std::size_t index[Slots] = {};
-    for (int s = 0; s < Slots; ++s)
-        value[s] = s % 2 ? FLT_MAX : -FLT_MAX;
-    for (const ScanBlock &block : blocks) {
-        for (int s = 0; s < Slots; ++s) {
-            if (s % 2 ? block.value[s] < value[s] : block.value[s] > value[s]) {
-                value[s] = block.value[s];
-                index[s] = block.index[s];
-            }
-        }
-        for (int k = 0; k < 3; ++k) {
-            result.low[k] = block.low[k] < result.low[k] ? block.low[k] : result.low[k];
-            result.high[k] = block.high[k] > result.high[k] ? block.high[k] : result.high[k];
-        }
-    }
-    settleZeroBounds(source, result);
+    // With polygons drawn through a sample, one reading of the list both finds its extremes and
+    // keeps what lies outside them; a second reading is needed only when the sample misled.
+    SampledPolygons sampled;
+    const bool fromSample = source.size() >= SampleStride * SmallestSample
+                            && drawFromSample(source, axes, floatAxes, sampled);
+    std::vector<Vector3> kept;
+    const std::vector<ScanBlock> blocks
+        = fromSample ? scanAndKeep(
+              source, floatAxes, sampled.polygons[0].edges, sampled.polygons[1].edges, kept)
+                     : scan(source, floatAxes);
+    const Extremes found = combine(blocks, result);
+    result.readings = 1;
+    settleZeroBounds(source, blocks, result);
     double sum = 0;
     for (int k = 0; k < 3; ++k) {
         result.magnitude[k]
@@ -207,29 +306,34 @@ FilteredVertices filterVertices(const VertexSource &source, const CameraAxes &ax
         if (result.low[k] > result.high[k])
             return result; // nothing but NaN
     }
-    const double rounding = sum * RoundingShare, leftOut = sum * LeftOutShare;
+    // The sample's margins hold for every vertex within the magnitudes they were made for.
+    const bool sampleHolds = fromSample && sum <= sampled.roundingSum;
+    const Margins margins = sampleHolds ? sampled.margins() : Margins(sum, sum);
     PlanePolygon polygons[2];
-    const std::array<double, 3> *across[2] = {&axes.right, &axes.up};
-    const int normalQuantity[2] = {Up, Right};
+    std::vector<Point2> extremes[2];
     for (int p = 0; p < 2; ++p) {
-        std::vector<Point2> extremes;
-        for (int s : PlaneSlots[p]) {
-            const Vector3 v = source.at(index[s]);
-            extremes.push_back(Point2{dot(axes.depth, v), dot(*across[p], v)});
+        extremes[p] = planePoints(
+            p, axes, [&source, &found](int slot) { return source.at(found.index[slot]); });
+        if (sampleHolds) {
+            polygons[p] = std::move(sampled.polygons[p]);
+            result.planes[p].corners = std::move(sampled.regions[p].corners);
+        } else {
+            polygons[p] = buildPlane(extremes[p], margins, result.planes[p]);
+            if (polygons[p].edges.empty())
+                return result;
         }
-        polygons[p] = buildPlane(extremes, leftOut, rounding, result.planes[p]);
-        if (polygons[p].edges.empty())
-            return result;
-        result.planes[p].low = double(value[2 * normalQuantity[p] + 1]) - rounding;
-        result.planes[p].high = double(value[2 * normalQuantity[p]]) + rounding;
+        result.planes[p].low = double(found.value[2 * NormalQuantity[p] + 1]) - margins.rounding;
+        result.planes[p].high = double(found.value[2 * NormalQuantity[p]]) + margins.rounding;
     }
-    std::vector<Vector3> kept
-        = keptOutside(source, floatAxes, polygons[0].edges, polygons[1].edges);
+    if (!sampleHolds) {
+        kept = keptOutside(source, floatAxes, polygons[0].edges, polygons[1].edges);
+        ++result.readings;
+    }
     // Leaving out fewer than half the vertices would not pay for the bookkeeping.
     if (kept.size() > source.size() / 2)
         return result;
     result.leftOut = source.size() - kept.size();
     result.candidates = std::move(kept);
-    refine(axes, floatAxes, leftOut, rounding, polygons, result);
+    refine(axes, floatAxes, margins, extremes, polygons, result);
     return result;
 }

@@ -13,10 +13,14 @@
 // The camera never turns during a fit: only its target, distance and frame shape change. In the
 // camera's own axes a vertex's projected x then depends only on its (depth, right) coordinates and
 // its projected y only on (depth, up), and the extremes of either over all vertices are reached on
-// the convex hull of those plane points. The filter below finds, in two passes over the vertices,
-// a polygon in each plane whose corners are real vertices, and keeps only the vertices that do not
-// lie well inside both polygons. The fit's probes then run on those few candidates; FitProbes
-// proves for every probe that the vertices left out cannot change its answer.
+// the convex hull of those plane points. The filter below draws a polygon in each plane whose
+// corners are real vertices, from a sample of every 32nd vertex, and keeps only the vertices that
+// do not lie well inside both polygons; the same reading of the list finds its extremes, which
+// then sharpen the polygons over the kept vertices alone. Where the sample misled (the list's
+// coordinates reach well beyond the sample's), the list is read a second time against polygons
+// through its own extremes. The fit's probes then run on
+// the few candidates; FitProbes proves for every probe that the vertices left out cannot change
+// its answer.
 
 // The camera's forward, image-right and image-up directions in world space, made exactly
 // orthonormal in double precision.
@@ -46,6 +50,9 @@ struct FilteredVertices
     // The largest magnitude of each world coordinate over the list.
     double magnitude[3];
     std::size_t leftOut = 0;
+    // How many times the whole list was read: once where the polygons drawn through a sample
+    // held (or none were drawn), twice where they did not.
+    int readings = 0;
 };
 
 // Without vertices, or when nothing can be left out, candidates is empty and leftOut is 0.

@@ -65,6 +65,17 @@ const Kernels &kernels()
     return chosen;
 }
 
+// Whether the vertex in lane 0 of q is well inside both polygons.
+bool insideBoth(const std::vector<Edge> &depthRight,
+                const std::vector<Edge> &depthUp,
+                const Float4 q[Quantities])
+{
+    Int4 inside = Int4{} - 1;
+    portable::insideAll(depthRight, q[0], q[Right], inside);
+    portable::insideAll(depthUp, q[0], q[Up], inside);
+    return inside[0] != 0;
+}
+
 void scanBlock(ScanBlock &block)
 {
     const FloatAxes &a = *block.axes;
@@ -72,6 +83,7 @@ void scanBlock(ScanBlock &block)
     for (int k = 0; k < 3; ++k) {
         block.low[k] = FLT_MAX;
         block.high[k] = -FLT_MAX;
+        block.zero[k] = false;
     }
     const Vector3 *winner[Slots] = {};
     for (int s = 0; s < Slots; ++s) {
@@ -83,7 +95,9 @@ void scanBlock(ScanBlock &block)
     for (; v != whole; v += std::min(ChunkLength, whole - v)) {
         const Vector3 *end = v + std::min(ChunkLength, whole - v);
         float value[Slots];
-        kernel.scanChunk(v, end, a, block.low, block.high, value);
+        kernel.scanChunk(v, end, a, block.low, block.high, block.zero, value);
+        if (block.edges[0])
+            kernel.classifyGroups(v, end, a, *block.edges[0], *block.edges[1], block.kept);
         for (int s = 0; s < Slots; ++s) {
             if (s % 2 ? value[s] < block.value[s] : value[s] > block.value[s]) {
                 block.value[s] = value[s];
@@ -106,6 +120,7 @@ void scanBlock(ScanBlock &block)
         for (int k = 0; k < 3; ++k) {
             block.low[k] = c[k] < block.low[k] ? c[k] : block.low[k];
             block.high[k] = c[k] > block.high[k] ? c[k] : block.high[k];
+            block.zero[k] = block.zero[k] || c[k] == 0.0f;
         }
         Float4 q[Quantities];
         portable::planeCoordinates(a, x, y, z, q);
@@ -116,6 +131,8 @@ void scanBlock(ScanBlock &block)
                 block.index[s] = index;
             }
         }
+        if (block.edges[0] && !insideBoth(*block.edges[0], *block.edges[1], q))
+            block.kept.push_back(*v);
     }
 }
 
@@ -139,10 +156,7 @@ void classifyBlock(ClassifyBlock &block)
         const Float4 x = Float4{} + v->x, y = Float4{} + v->y, z = Float4{} + v->z;
         Float4 q[Quantities];
         portable::planeCoordinates(a, x, y, z, q);
-        Int4 inside = Int4{} - 1;
-        portable::insideAll(*block.edges[0], q[0], q[Right], inside);
-        portable::insideAll(*block.edges[1], q[0], q[Up], inside);
-        if (!inside[0])
+        if (!insideBoth(*block.edges[0], *block.edges[1], q))
             block.kept.push_back(*v);
     }
 }
@@ -156,12 +170,19 @@ std::vector<Vector3> &scratch()
     return list;
 }
 
-std::vector<ScanBlock> scan(const VertexSource &source, const FloatAxes &axes)
+namespace {
+
+std::vector<ScanBlock> scanBlocks(const VertexSource &source,
+                                  const FloatAxes &axes,
+                                  const std::vector<Edge> *depthRight,
+                                  const std::vector<Edge> *depthUp)
 {
     std::vector<ScanBlock> blocks(source.pieceCount());
     for (std::size_t i = 0; i < blocks.size(); ++i) {
         blocks[i].piece = i;
         blocks[i].axes = &axes;
+        blocks[i].edges[0] = depthRight;
+        blocks[i].edges[1] = depthUp;
     }
     runBlocks(blocks, [&source](ScanBlock &block) {
         std::size_t count = 0;
@@ -170,6 +191,37 @@ std::vector<ScanBlock> scan(const VertexSource &source, const FloatAxes &axes)
         scanBlock(block);
         block.begin = block.end = nullptr; // the scratch list is the next piece's
     });
+    return blocks;
+}
+
+template<typename Blocks>
+void appendKept(Blocks &blocks, std::vector<Vector3> &kept)
+{
+    std::size_t count = kept.size();
+    for (const auto &block : blocks)
+        count += block.kept.size();
+    kept.reserve(count);
+    for (auto &block : blocks) {
+        kept.insert(kept.end(), block.kept.begin(), block.kept.end());
+        block.kept = std::vector<Vector3>();
+    }
+}
+
+} // namespace
+
+std::vector<ScanBlock> scan(const VertexSource &source, const FloatAxes &axes)
+{
+    return scanBlocks(source, axes, nullptr, nullptr);
+}
+
+std::vector<ScanBlock> scanAndKeep(const VertexSource &source,
+                                   const FloatAxes &axes,
+                                   const std::vector<Edge> &depthRight,
+                                   const std::vector<Edge> &depthUp,
+                                   std::vector<Vector3> &kept)
+{
+    std::vector<ScanBlock> blocks = scanBlocks(source, axes, &depthRight, &depthUp);
+    appendKept(blocks, kept);
     return blocks;
 }
 
@@ -187,13 +239,8 @@ std::vector<Vector3> keptOutside(const VertexSource &source,
         block.end = block.begin + count;
         classifyBlock(block);
     });
-    std::size_t kept = 0;
-    for (const ClassifyBlock &block : blocks)
-        kept += block.kept.size();
     std::vector<Vector3> result;
-    result.reserve(kept);
-    for (const ClassifyBlock &block : blocks)
-        result.insert(result.end(), block.kept.begin(), block.kept.end());
+    appendKept(blocks, result);
     return result;
 }
 

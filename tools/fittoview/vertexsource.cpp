@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/fittoview/vertexsource.h"
 
+#include "geometry/geometry.h"
 #include "tools/fittoview/vertexbounds.h"
 
 #include <algorithm>
@@ -67,4 +68,25 @@ Vector3 VertexSource::at(std::size_t index) const
     Vector3 p;
     gatherJob(job, &p);
     return p;
+}
+
+std::vector<Vector3> VertexSource::sample(std::size_t stride) const
+{
+    std::vector<Vector3> points;
+    points.reserve(m_total / stride + 1);
+    if (m_list) {
+        for (std::size_t i = 0; i < m_total; i += stride)
+            points.push_back((*m_list)[i]);
+        return points;
+    }
+    // TransformPoint gives what gatherJob's lanes give.
+    for (const GatherJob &job : m_jobs) {
+        for (std::size_t i = (stride - job.offset % stride) % stride; i < job.count; i += stride) {
+            const VertexRecord &record = job.records[i];
+            Vector3 p{record.position[0], record.position[1], record.position[2]};
+            TransformPoint(p, job.global);
+            points.push_back(p);
+        }
+    }
+    return points;
 }

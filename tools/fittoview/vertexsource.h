@@ -27,6 +27,9 @@ public:
                          std::size_t &count) const;
     // One vertex's world position, as the list holds it.
     Vector3 at(std::size_t index) const;
+    // Every stride-th vertex's world position (those whose index is a multiple of stride), as
+    // the list holds them.
+    std::vector<Vector3> sample(std::size_t stride) const;
 
 private:
     const std::vector<Vector3> *m_list = nullptr;
