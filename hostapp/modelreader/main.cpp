@@ -26,18 +26,6 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-// Sanitizers that keep shadow memory reserve terabytes of address space when the program
-// starts, so an address-space limit would stop the reader before it reads a byte; the parent
-// watches the reader's resident memory instead.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define VANTREL_SHADOW_MEMORY 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)                            \
-    || __has_feature(memory_sanitizer)
-#define VANTREL_SHADOW_MEMORY 1
-#endif
-#endif
-
 namespace {
 
 using vantrel::host::MeshPart;

@@ -7,6 +7,18 @@
 
 #include <QtGlobal>
 
+// Sanitizers that keep shadow memory reserve terabytes of address space when a program starts,
+// so in such builds the reader sets no address-space limit and the program watches the reader's
+// resident memory instead.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define VANTREL_SHADOW_MEMORY 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)                            \
+    || __has_feature(memory_sanitizer)
+#define VANTREL_SHADOW_MEMORY 1
+#endif
+#endif
+
 namespace vantrel::host::modelchannel {
 
 // The reader's end of the pipe, and the first word of its command line: a reader built from

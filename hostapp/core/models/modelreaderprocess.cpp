@@ -26,17 +26,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-// Sanitizers that keep shadow memory reserve terabytes of address space when a program starts,
-// so the reader sets no address-space limit and this side watches its resident memory instead.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define VANTREL_SHADOW_MEMORY 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)                            \
-    || __has_feature(memory_sanitizer)
-#define VANTREL_SHADOW_MEMORY 1
-#endif
-#endif
-
 namespace vantrel::host {
 
 namespace {
