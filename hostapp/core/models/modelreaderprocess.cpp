@@ -5,6 +5,7 @@
 #include "hostapp/core/models/modelchannel.h"
 
 #include <QByteArray>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QList>
@@ -260,7 +261,8 @@ const QByteArray &readerProgram()
         if (::dladdr(reinterpret_cast<void *>(&readerProgram), &info) == 0 || !info.dli_fname)
             return QByteArray("vantrel-model-reader");
         const QString library = QFileInfo(QFile::decodeName(info.dli_fname)).canonicalPath();
-        return QFile::encodeName(library + QStringLiteral("/../bin/vantrel-model-reader"));
+        return QFile::encodeName(
+            QDir::cleanPath(library + QStringLiteral("/../bin/vantrel-model-reader")));
     }();
     return s_program;
 }
