@@ -22,10 +22,17 @@ const std::vector<IMeshPart *> &MeshNode::GetMeshParts() const
     return m_generator->mesh()->parts();
 }
 
+void MeshNode::applyArtwork(QString path, ArtworkImagePtr image)
+{
+    m_artwork = std::move(path);
+    m_artworkImage = std::move(image);
+}
+
 std::unique_ptr<BaseNode> MeshNode::cloneNode() const
 {
     auto copy = std::make_unique<MeshNode>(document(), GetName(), m_generator->clone());
     copySceneState(*copy);
+    copy->applyArtwork(m_artwork, m_artworkImage);
     return copy;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/imeshnode.h"
+#include "hostapp/core/scene/artworkimage.h"
 #include "hostapp/core/scene/scenenode.h"
 #include "hostapp/core/scene/shapegenerator.h"
 
@@ -26,11 +27,20 @@ public:
     ShapeGenerator *generator() const { return m_generator.get(); }
     MeshPtr mesh() const { return m_generator->mesh(); }
 
+    // The artwork printed on the shape through its texture coordinates: the path as it was
+    // given ("" for none) and the image read from it (null for none). Copies share the image.
+    const QString &artwork() const { return m_artwork; }
+    const ArtworkImagePtr &artworkImage() const { return m_artworkImage; }
+    // Sets both without reading or recording (the scene reader and undo use it).
+    void applyArtwork(QString path, ArtworkImagePtr image);
+
 protected:
     std::unique_ptr<BaseNode> cloneNode() const override;
 
 private:
     std::unique_ptr<ShapeGenerator> m_generator;
+    QString m_artwork;
+    ArtworkImagePtr m_artworkImage;
 };
 
 } // namespace vantrel::host
