@@ -97,6 +97,14 @@ bool JsonFieldChecker::parse(const QJsonValue &value, const QString &place, int 
     return true;
 }
 
+bool JsonFieldChecker::parse(const QJsonValue &value, const QString &place, QString *result)
+{
+    if (!value.isString())
+        return fail(place, QStringLiteral("expected a string, found %1").arg(found(value)));
+    *result = value.toString();
+    return true;
+}
+
 bool JsonFieldChecker::parse(const QJsonValue &value, const QString &place, bool *result)
 {
     if (!value.isBool())

@@ -55,11 +55,13 @@ public:
                        std::initializer_list<Keys> otherKinds = {});
 
     // One value at its place, by the type of the result: a number within -limit..limit, an
-    // integer within the integer limit, true or false, or 3 numbers within -limit..limit. False
+    // integer within the integer limit, a string, true or false, or 3 numbers within
+    // -limit..limit. False
     // after recording why the value is refused.
     bool parse(const QJsonValue &value, const QString &place, double *result, double limit);
     bool parse(const QJsonValue &value, const QString &place, float *result, double limit);
     bool parse(const QJsonValue &value, const QString &place, int *result);
+    bool parse(const QJsonValue &value, const QString &place, QString *result);
     bool parse(const QJsonValue &value, const QString &place, bool *result);
     bool parse(const QJsonValue &value, const QString &place, Vector3 *result, double limit);
 

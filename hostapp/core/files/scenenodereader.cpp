@@ -5,12 +5,14 @@
 #include "hostapp/core/files/jsonfieldchecker.h"
 #include "hostapp/core/files/scenefile.h"
 #include "hostapp/core/files/scenereader.h"
+#include "hostapp/core/models/artworkfile.h"
 #include "hostapp/core/scene/basenode.h"
 #include "hostapp/core/scene/generatorregistry.h"
 #include "hostapp/core/scene/generators/externalmodelgenerator.h"
 #include "hostapp/core/scene/lightnode.h"
 #include "hostapp/core/scene/meshnode.h"
 
+#include <QDir>
 #include <QJsonArray>
 #include <QMetaProperty>
 
@@ -22,7 +24,7 @@ namespace key = scenekey;
 
 const JsonFieldChecker::Keys s_nodeKeys
     = {key::name, key::type, key::visible, key::position, key::rotation, key::scale, key::children};
-const JsonFieldChecker::Keys s_shapeKeys = {key::generator, key::params};
+const JsonFieldChecker::Keys s_shapeKeys = {key::artwork, key::generator, key::params};
 const JsonFieldChecker::Keys s_lightKeys
     = {key::intensity, key::shadowBlur, key::castShadows, key::lightMode};
 
@@ -129,7 +131,33 @@ SceneNode *SceneNodeReader::readShape(const QJsonObject &object,
     }
     if (!readParams(object.value(key::params), generator.get(), field(place, key::params)))
         return nullptr;
-    return parent->createChildMesh(std::move(generator), name);
+    QString path;
+    ArtworkImagePtr image;
+    if (!readArtwork(object, place, &path, &image))
+        return nullptr;
+    MeshNode *mesh = parent->createChildMesh(std::move(generator), name);
+    mesh->setArtworkDirectory(m_modelDirectory);
+    mesh->applyArtwork(path, std::move(image));
+    return mesh;
+}
+
+bool SceneNodeReader::readArtwork(const QJsonObject &object,
+                                  const QString &place,
+                                  QString *path,
+                                  ArtworkImagePtr *image)
+{
+    const QString here = field(place, key::artwork);
+    if (!m_check.optional(object, place, key::artwork, path))
+        return false;
+    if (const QString problem = SceneFile::textProblem(*path, SceneFile::MaximumTextLength);
+        !problem.isEmpty())
+        return m_check.fail(here, QStringLiteral("the text %1").arg(problem));
+    if (path->isEmpty() || m_modelDirectory.isNull())
+        return true; // none, or a save's check: the path was read and its type is right
+    QString error;
+    // filePath joins without tidying, as MeshNode::resolveArtwork does for later writes.
+    *image = ArtworkFile::load(QDir(m_modelDirectory).filePath(*path), &error);
+    return *image || m_check.fail(here, error);
 }
 
 SceneNode *SceneNodeReader::readLight(const QJsonObject &object,

@@ -7,6 +7,7 @@
 // of the file and hands every top-level node here.
 
 #include "host/types.h"
+#include "hostapp/core/scene/artworkimage.h"
 
 #include <QJsonObject>
 #include <QJsonValue>
@@ -22,7 +23,7 @@ class ShapeGenerator;
 class SceneNodeReader
 {
 public:
-    // Problems are recorded in check. modelDirectory as for SceneReader.
+    // Problems are recorded in check. modelDirectory as for SceneReader (for artwork too).
     SceneNodeReader(JsonFieldChecker &check, const QString &modelDirectory)
         : m_check(check)
         , m_modelDirectory(modelDirectory)
@@ -55,6 +56,12 @@ private:
                          BaseNode *parent,
                          const QString &place,
                          const QString &name);
+    // The optional artwork path and, unless this is a save's check, its image; false after
+    // recording why the path or the image is refused.
+    bool readArtwork(const QJsonObject &object,
+                     const QString &place,
+                     QString *path,
+                     ArtworkImagePtr *image);
     bool readChildren(const QJsonObject &object, SceneNode *node, const QString &place, int depth);
     bool readParams(const QJsonValue &value, ShapeGenerator *generator, const QString &place);
     // One parameter's value, by the type of its property; false after recording why not.

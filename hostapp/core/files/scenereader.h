@@ -28,7 +28,7 @@ inline const QLatin1String target("target"), distance("distance"), yaw("yaw"), p
     fieldOfView("fieldOfView"), aspectRatio("aspectRatio");
 inline const QLatin1String name("name"), type("type"), visible("visible"), position("position"),
     rotation("rotation"), scale("scale"), children("children");
-inline const QLatin1String generator("generator"), params("params");
+inline const QLatin1String generator("generator"), params("params"), artwork("artwork");
 inline const QLatin1String intensity("intensity"), shadowBlur("shadowBlur"),
     castShadows("castShadows"), lightMode("lightMode");
 // The values of the type field.
@@ -46,10 +46,10 @@ public:
     // Why a scene was refused.
     using Refusal = JsonRefusal;
 
-    // modelDirectory is the folder that relative model paths in the file start from: the
-    // folder of the scene file. A null one reads no model file and leaves the paths unchecked,
-    // for a save checking that its output opens again: a model that went missing since it was
-    // loaded must not stop the scene from being saved.
+    // modelDirectory is the folder that relative model and artwork paths in the file start
+    // from: the folder of the scene file. A null one reads no model or image file and leaves
+    // the paths unchecked, for a save checking that its output opens again: a file that went
+    // missing since it was loaded must not stop the scene from being saved.
     explicit SceneReader(const QString &modelDirectory = QString());
 
     // A new document (no undo steps) with the scene of json, or null with refusal() set.

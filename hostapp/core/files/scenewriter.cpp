@@ -61,6 +61,14 @@ void SceneWriter::nodeFields(const BaseNode &node, Style style, JsonText &out)
     const auto *mesh = qobject_cast<const MeshNode *>(&node);
     const auto *scene = qobject_cast<const SceneNode *>(&node);
     const QLatin1String next(", ");
+    if (mesh && !mesh->artwork().isEmpty())
+        out.key(key::artwork).string(mesh->artwork()).raw(next);
+    if (mesh && mesh->artworkImage() && style == Style::Dump) {
+        // The picture shown, not only its name: undo must bring back the image with the path.
+        const QImage &image = *mesh->artworkImage();
+        out.key(QLatin1String("artworkPixels")).raw('[').number(qint64(image.width()));
+        out.raw(next).number(qint64(image.height())).raw(']').raw(next);
+    }
     if (light)
         out.key(key::castShadows).boolean(light->GetCastShadows()).raw(next);
     if (mesh)
@@ -231,6 +239,10 @@ Refusal checkNode(const BaseNode *child, const Field &field)
             refusal = {field(key::params) + QLatin1Char('.') + it.key(),
                        QStringLiteral("the text %1").arg(problem)};
     }
+    if (const QString problem
+        = mesh ? SceneFile::textProblem(mesh->artwork(), SceneFile::MaximumTextLength) : QString();
+        refusal.problem.isEmpty() && !problem.isEmpty())
+        refusal = {field(key::artwork), QStringLiteral("the text %1").arg(problem)};
     const auto *light = qobject_cast<const LightNode *>(child);
     if (light && refusal.problem.isEmpty())
         refusal = beyond(at(key::intensity), {light->GetIntensity()}, SceneFile::MaximumOther);

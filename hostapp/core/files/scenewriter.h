@@ -37,7 +37,7 @@ public:
     writeChildren(const BaseNode &parent, int level, const NodeFields &fields, JsonText &out);
 
     // A node's fields, keys in alphabetical order, each followed by ", ". The dump shows the
-    // kind as a number and the mesh's vertex count too.
+    // kind as a number, and the mesh's vertex count and its artwork's width and height too.
     enum class Style { File, Dump };
     static void nodeFields(const BaseNode &node, Style style, JsonText &out);
 

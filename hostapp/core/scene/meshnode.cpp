@@ -3,6 +3,10 @@
 #include "hostapp/core/scene/meshnode.h"
 
 #include "hostapp/core/document/document.h"
+#include "hostapp/core/models/artworkfile.h"
+#include "hostapp/core/undo/change.h"
+
+#include <QDir>
 
 namespace vantrel::host {
 
@@ -28,11 +32,44 @@ void MeshNode::applyArtwork(QString path, ArtworkImagePtr image)
     m_artworkImage = std::move(image);
 }
 
+void MeshNode::applyArtworkState(ArtworkState state)
+{
+    applyArtwork(std::move(state.path), std::move(state.image));
+}
+
+bool MeshNode::setArtwork(const QString &path, QString *error)
+{
+    if (path == m_artwork)
+        return true; // nothing to read, and nothing to record
+    ArtworkImagePtr image;
+    if (!path.isEmpty()) {
+        image = ArtworkFile::load(resolveArtwork(path), error);
+        if (!image)
+            return false;
+    }
+    // The change keeps both images, so undo and redo never read a file that may have changed or
+    // gone since.
+    recorder().apply(std::make_unique<ValueChange<MeshNode, ArtworkState>>(
+        this,
+        &MeshNode::applyArtworkState,
+        ArtworkState{m_artwork, m_artworkImage},
+        ArtworkState{path, std::move(image)}));
+    return true;
+}
+
+QString MeshNode::resolveArtwork(const QString &path) const
+{
+    // filePath joins without tidying, so a message shows the user's own text at its end.
+    return QDir(m_artworkDirectory.isEmpty() ? QDir::currentPath() : m_artworkDirectory)
+        .filePath(path);
+}
+
 std::unique_ptr<BaseNode> MeshNode::cloneNode() const
 {
     auto copy = std::make_unique<MeshNode>(document(), GetName(), m_generator->clone());
     copySceneState(*copy);
     copy->applyArtwork(m_artwork, m_artworkImage);
+    copy->m_artworkDirectory = m_artworkDirectory;
     return copy;
 }
 

@@ -122,6 +122,22 @@ QScriptValue vertexCount(QScriptContext *context, QScriptEngine *engine)
                             : QScriptValue(mesh->mesh()->vertexCount());
 }
 
+QScriptValue artwork(QScriptContext *context, QScriptEngine *engine)
+{
+    MeshNode *mesh = scriptSelf<MeshNode>(context, engine);
+    if (!mesh)
+        return QScriptValue();
+    if (!isWrite(context))
+        return mesh->artwork();
+    if (!context->argument(0).isString())
+        return context->throwError(QScriptContext::TypeError,
+                                   QStringLiteral("artwork must be a string"));
+    QString error;
+    if (!mesh->setArtwork(context->argument(0).toString(), &error))
+        return context->throwError(error);
+    return QScriptValue();
+}
+
 // A parameter's value as the script wrote it, for messages: numbers the way scripts print them.
 QString valueText(const QVariant &value)
 {
@@ -205,6 +221,7 @@ void addPlacementMembers(QScriptEngine *engine, QScriptValue &prototype)
 
 void addShapeMembers(QScriptEngine *engine, QScriptValue &prototype)
 {
+    defineAccessor(engine, prototype, "artwork", artwork);
     defineAccessor(engine, prototype, "generator", generator);
     defineAccessor(engine, prototype, "params", params);
     defineAccessor(engine, prototype, "vertexCount", vertexCount);

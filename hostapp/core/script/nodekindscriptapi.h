@@ -3,8 +3,9 @@
 #pragma once
 
 // The node script members that depend on the node's kind: position, rotation and scale of every
-// node with a place; generator, params, vertexCount and setParam of shapes; intensity,
-// shadowBlur and castShadows of lights. The members every node has are in nodescriptapi.cpp.
+// node with a place; artwork, generator, params, vertexCount and setParam of shapes;
+// intensity, shadowBlur and castShadows of lights. The members every node has are in
+// nodescriptapi.cpp.
 
 #include <QScriptValue>
 #include <QString>

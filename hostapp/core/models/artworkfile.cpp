@@ -1,0 +1,182 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/core/models/artworkfile.h"
+
+#include "hostapp/core/files/filechecks.h"
+
+#include <QAtomicInt>
+#include <QBuffer>
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QImageReader>
+#include <QMutex>
+#include <QMutexLocker>
+
+#include <iterator>
+
+namespace vantrel::host {
+
+namespace {
+
+// A file is read again only when one of these changes; the modification time alone misses a
+// rewrite within the file system's time resolution.
+struct FileStamp
+{
+    qint64 size = -1;
+    QDateTime modified;
+
+    bool operator==(const FileStamp &other) const
+    {
+        return size == other.size && modified == other.modified;
+    }
+};
+
+struct CacheEntry
+{
+    FileStamp stamp;
+    std::weak_ptr<const QImage> image; // weak: the cache never keeps an image alive on its own
+};
+
+// Images by canonical file path. Entries whose image is gone are dropped on the next load.
+QMutex s_cacheMutex;
+QHash<QString, CacheEntry> s_cache;
+QAtomicInt s_decodeCount;
+
+// The whole file, or an empty array with *problem set. Reading it at once lets the end of a
+// JPEG be checked and keeps a file changed half-way through from mixing two versions.
+QByteArray fileBytes(const QString &path, QString *problem)
+{
+    QFile file;
+    if (!openRegularFile(file, path, problem)) // a folder, FIFO or device, without waiting on it
+        return QByteArray();
+    if (file.size() == 0) {
+        *problem = QStringLiteral("the file is empty");
+        return QByteArray();
+    }
+    if (file.size() > ArtworkFile::MaximumFileSize) {
+        *problem = QStringLiteral("the file is %1 bytes; artwork images are limited to %2 MiB")
+                       .arg(file.size())
+                       .arg(ArtworkFile::MaximumFileSize >> 20);
+        return QByteArray();
+    }
+    QByteArray bytes = file.readAll();
+    if (bytes.size() != file.size())
+        *problem = QStringLiteral("cannot read the file: %1").arg(file.errorString());
+    return bytes;
+}
+
+// Whether JPEG data runs to its end marker. The JPEG reader fills in grey what a cut-off file
+// lacks and reports success, so a half-copied file would otherwise print half a picture. The
+// end marker follows the last scan; inside a scan's data a 0xFF byte is always followed by 0x00
+// or a restart marker, so the pair cannot occur there by chance.
+bool jpegIsComplete(const QByteArray &bytes)
+{
+    const int lastScan = bytes.lastIndexOf(QByteArray("\xFF\xDA", 2));
+    return lastScan >= 0 && bytes.indexOf(QByteArray("\xFF\xD9", 2), lastScan + 2) >= 0;
+}
+
+// Why the picture's stated size is refused, or an empty string.
+QString sizeProblem(const QSize &size)
+{
+    if (!size.isValid() || size.isEmpty())
+        return QStringLiteral("the image states no valid size");
+    if (size.width() > ArtworkFile::MaximumSide || size.height() > ArtworkFile::MaximumSide
+        || qint64(size.width()) * size.height() > ArtworkFile::MaximumPixelCount) {
+        return QStringLiteral("the image is %1 x %2 pixels; artwork is limited to %3 pixels a "
+                              "side and %4 pixels in all")
+            .arg(size.width())
+            .arg(size.height())
+            .arg(ArtworkFile::MaximumSide)
+            .arg(ArtworkFile::MaximumPixelCount);
+    }
+    return QString();
+}
+
+// The decoded image of the file's bytes, or a null image with *problem set.
+QImage decode(QByteArray bytes, QString *problem)
+{
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    // The contents decide, never the name: a text file named .png is no image.
+    QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    const QByteArray format = reader.format();
+    if (format != "png" && format != "jpeg") {
+        *problem = format.isEmpty() ? QStringLiteral("not a PNG or JPEG image")
+                                    : QStringLiteral("the image is %1; artwork must be PNG or JPEG")
+                                          .arg(QString::fromLatin1(format.toUpper()));
+        return QImage();
+    }
+    // The header's size, before a single pixel is allocated: Qt 5 sets no limit of its own.
+    *problem = sizeProblem(reader.size());
+    if (!problem->isEmpty())
+        return QImage();
+    if (format == "jpeg" && !jpegIsComplete(bytes)) {
+        *problem = QStringLiteral("the JPEG data is cut off before its end");
+        return QImage();
+    }
+    s_decodeCount.fetchAndAddRelaxed(1);
+    QImage image = reader.read();
+    if (image.isNull()) {
+        *problem
+            = QStringLiteral("the image data cannot be decoded (%1)").arg(reader.errorString());
+        return QImage();
+    }
+    if (!sizeProblem(image.size()).isEmpty()) { // a header that understated the picture
+        *problem = QStringLiteral("the image data does not match its header");
+        return QImage();
+    }
+    return image.convertToFormat(QImage::Format_RGBA8888);
+}
+
+} // namespace
+
+ArtworkImagePtr ArtworkFile::load(const QString &path, QString *errorMessage)
+{
+    const QFileInfo info(path);
+    if (!info.isFile())
+        return read(path, errorMessage); // which names the problem
+    const QString key = info.canonicalFilePath();
+    const FileStamp stamp = {info.size(), info.lastModified()};
+    {
+        QMutexLocker locker(&s_cacheMutex);
+        const auto found = s_cache.constFind(key);
+        if (found != s_cache.constEnd() && found->stamp == stamp) {
+            if (ArtworkImagePtr image = found->image.lock())
+                return image;
+        }
+    }
+
+    ArtworkImagePtr image = read(path, errorMessage);
+    if (!image)
+        return nullptr;
+    QMutexLocker locker(&s_cacheMutex);
+    for (auto it = s_cache.begin(); it != s_cache.end();)
+        it = it->image.expired() ? s_cache.erase(it) : std::next(it);
+    s_cache.insert(key, {stamp, image});
+    return image;
+}
+
+ArtworkImagePtr ArtworkFile::read(const QString &path, QString *errorMessage)
+{
+    QString problem;
+    const QByteArray bytes = fileBytes(path, &problem);
+    QImage image;
+    if (problem.isEmpty())
+        image = decode(bytes, &problem);
+    if (image.isNull()) {
+        if (errorMessage)
+            *errorMessage = QStringLiteral("%1: %2").arg(path, problem);
+        return nullptr;
+    }
+    return std::make_shared<const QImage>(std::move(image));
+}
+
+int ArtworkFile::decodeCount()
+{
+    return s_decodeCount.loadRelaxed();
+}
+
+} // namespace vantrel::host
