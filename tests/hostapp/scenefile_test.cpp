@@ -103,6 +103,11 @@ std::vector<std::pair<QString, QString>> brokenFixtureMessages()
         {"model_file_missing.json",
          ": root.children[0].params.path: " + s_errorDir
              + "models/no_such_bottle.obj: no such file"},
+        {"node_artwork_not_string.json", ": root.children[0].artwork: expected a string, found 7"},
+        {"node_artwork_missing_file.json",
+         ": root.children[0].artwork: " + s_errorDir + "images/no_such_cover.png: no such file"},
+        {"node_artwork_not_image.json",
+         ": root.children[0].artwork: " + s_errorDir + "images/cover.png: not a PNG or JPEG image"},
         {"light_mode_unknown.json", ": root.children[0].lightMode: expected 0 or 1, found 3"},
         {"light_cast_shadows_not_boolean.json",
          ": root.children[0].castShadows: expected true or false, found 1"},
