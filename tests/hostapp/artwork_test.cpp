@@ -262,4 +262,14 @@ TEST_F(ArtworkTest, SceneFilesKeepPathsAsWrittenAndFollowAMovedFolder)
               (file("moved/again.json") + ": root.children[1].artwork: " + file("moved")
                + "/art/front.jpg: no such file")
                   .toStdString());
+
+    // A path no scene file could hold is refused by the save, which keeps the file it had.
+    auto *shape = static_cast<MeshNode *>(moved->root()->childNode(2));
+    shape->applyArtwork(QStringLiteral("front\n.jpg"), nullptr);
+    EXPECT_FALSE(SceneFile::save(file("moved/again.json"), *moved, &error));
+    EXPECT_EQ(error.toStdString(),
+              ("Cannot save " + file("moved/again.json")
+               + ": root.children[2].artwork: the text holds a control character (code 10)")
+                  .toStdString());
+    EXPECT_EQ(readAll(file("moved/again.json")), text);
 }

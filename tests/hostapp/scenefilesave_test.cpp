@@ -14,6 +14,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QImage>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -129,6 +130,9 @@ TEST(SceneFile, WriteFailureHalfWayLeavesThePreviousFile)
 TEST(SceneFile, EveryNodeWithinTheLimitsFitsTheFileLimit)
 {
     const QString longestName(SceneFile::MaximumNameLength, QChar(0x20ac)); // 3 bytes in UTF-8
+    QTemporaryDir images;
+    const QString cover = images.filePath(QStringLiteral("cover.png"));
+    ASSERT_TRUE(QImage(4, 4, QImage::Format_RGB32).save(cover));
     Document document;
     BaseNode *parent = document.root();
     for (int level = 1; level < SceneFile::MaximumDepth; ++level)
@@ -140,6 +144,7 @@ TEST(SceneFile, EveryNodeWithinTheLimitsFitsTheFileLimit)
         MeshNode *shape = parent->createChildShape(id, longestName);
         if (shape->generator()->parameters().contains(QStringLiteral("path")))
             shape->generator()->setProperty("path", s_jar);
+        shape->applyArtwork(cover, nullptr); // the file's reader reads it
     }
     const QByteArray text = SceneFile::toJson(document);
     QString error;
@@ -150,6 +155,7 @@ TEST(SceneFile, EveryNodeWithinTheLimitsFitsTheFileLimit)
     // ("-2.2250738585072014e-308").
     static const QRegularExpression number(QStringLiteral("-?[0-9][0-9.e+-]*"));
     static const QRegularExpression string(QStringLiteral("\"path\": \"[^\"]*\""));
+    static const QRegularExpression artwork(QStringLiteral("\"artwork\": \"[^\"]*\""));
     qint64 longest = 0;
     int lines = 0;
     for (const QByteArray &line : text.split('\n')) {
@@ -161,6 +167,9 @@ TEST(SceneFile, EveryNodeWithinTheLimitsFitsTheFileLimit)
         bound.replace(string,
                       QStringLiteral("\"path\": \"%1\"")
                           .arg(QString(SceneFile::MaximumTextLength, QChar(0x20ac))));
+        bound.replace(artwork,
+                      QStringLiteral("\"artwork\": \"%1\"")
+                          .arg(QString(SceneFile::MaximumArtworkPathLength, QChar(0x20ac))));
         longest = std::max<qint64>(longest, bound.toUtf8().size() + 1);
     }
     EXPECT_EQ(lines, int(generatorIdentifiers().size()) + 2) << "a line for every node";

@@ -38,6 +38,10 @@ public:
     // character (a line break, a tab).
     static constexpr int MaximumNameLength = 256;
     static constexpr int MaximumTextLength = 1024;
+    // A shape's artwork path, in characters, no control characters either. Shorter than a text
+    // parameter so that a model shape with the longest path and artwork still fits the node
+    // budget the file size limit allows.
+    static constexpr int MaximumArtworkPathLength = 256;
     // Magnitudes, checked before any value reaches the scene.
     static constexpr double MaximumPosition = 1e7; // position, camera target (cm)
     static constexpr double MaximumRotation = 1e6; // degrees

@@ -149,7 +149,7 @@ bool SceneNodeReader::readArtwork(const QJsonObject &object,
     const QString here = field(place, key::artwork);
     if (!m_check.optional(object, place, key::artwork, path))
         return false;
-    if (const QString problem = SceneFile::textProblem(*path, SceneFile::MaximumTextLength);
+    if (const QString problem = SceneFile::textProblem(*path, SceneFile::MaximumArtworkPathLength);
         !problem.isEmpty())
         return m_check.fail(here, QStringLiteral("the text %1").arg(problem));
     if (path->isEmpty() || m_modelDirectory.isNull())

@@ -240,7 +240,8 @@ Refusal checkNode(const BaseNode *child, const Field &field)
                        QStringLiteral("the text %1").arg(problem)};
     }
     if (const QString problem
-        = mesh ? SceneFile::textProblem(mesh->artwork(), SceneFile::MaximumTextLength) : QString();
+        = mesh ? SceneFile::textProblem(mesh->artwork(), SceneFile::MaximumArtworkPathLength)
+               : QString();
         refusal.problem.isEmpty() && !problem.isEmpty())
         refusal = {field(key::artwork), QStringLiteral("the text %1").arg(problem)};
     const auto *light = qobject_cast<const LightNode *>(child);
