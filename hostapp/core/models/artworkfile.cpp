@@ -69,12 +69,38 @@ QByteArray fileBytes(const QString &path, QString *problem)
 
 // Whether JPEG data runs to its end marker. The JPEG reader fills in grey what a cut-off file
 // lacks and reports success, so a half-copied file would otherwise print half a picture. The
-// end marker follows the last scan; inside a scan's data a 0xFF byte is always followed by 0x00
-// or a restart marker, so the pair cannot occur there by chance.
+// walk goes from segment to segment by their lengths (so a thumbnail inside the header is
+// skipped whole) and through each scan's data to the marker after it: inside that data a 0xFF
+// byte is always followed by 0x00 or a restart marker. Bytes after the end marker (some cameras
+// append their own) do not matter.
 bool jpegIsComplete(const QByteArray &bytes)
 {
-    const int lastScan = bytes.lastIndexOf(QByteArray("\xFF\xDA", 2));
-    return lastScan >= 0 && bytes.indexOf(QByteArray("\xFF\xD9", 2), lastScan + 2) >= 0;
+    const auto *data = reinterpret_cast<const uchar *>(bytes.constData());
+    const qsizetype size = bytes.size();
+    const auto isRestart = [](uchar marker) { return marker >= 0xD0 && marker <= 0xD7; };
+    qsizetype i = 2; // after the start marker, which the format check has seen
+    while (i + 1 < size) {
+        const uchar marker = data[i + 1];
+        if (data[i] != 0xFF)
+            return false;
+        if (marker == 0xD9)
+            return true;
+        if (marker == 0xFF || marker == 0x01 || isRestart(marker)) { // fill, or no length
+            i += marker == 0xFF ? 1 : 2;
+            continue;
+        }
+        if (i + 3 >= size)
+            return false;
+        const int length = (data[i + 2] << 8) | data[i + 3];
+        if (length < 2)
+            return false;
+        i += 2 + length;
+        if (marker != 0xDA)
+            continue;
+        while (i + 1 < size && !(data[i] == 0xFF && data[i + 1] != 0x00 && !isRestart(data[i + 1])))
+            ++i;
+    }
+    return false;
 }
 
 // Why the picture's stated size is refused, or an empty string.
@@ -114,7 +140,7 @@ QImage decode(QByteArray bytes, QString *problem)
     if (!problem->isEmpty())
         return QImage();
     if (format == "jpeg" && !jpegIsComplete(bytes)) {
-        *problem = QStringLiteral("the JPEG data is cut off before its end");
+        *problem = QStringLiteral("the JPEG data is cut off or damaged");
         return QImage();
     }
     s_decodeCount.fetchAndAddRelaxed(1);
