@@ -54,7 +54,8 @@ public:
 
     // A new document (no undo steps) with the scene of the file, or null with *errorMessage set.
     // The file name in messages is path as given. Relative model paths in the file start from
-    // the folder of fileName, and a model file that cannot be read refuses the whole scene.
+    // the folder of fileName, and a model file that cannot be read refuses the whole scene;
+    // likewise relative artwork paths and artwork images.
     static std::unique_ptr<Document> load(const QString &path, QString *errorMessage);
     static std::unique_ptr<Document>
     fromJson(const QByteArray &json, const QString &fileName, QString *errorMessage);
@@ -62,8 +63,8 @@ public:
     // Writes the document to path through a temporary file renamed over the original, so a
     // failed save leaves the previous file as it was. Refuses a scene that the loader would
     // refuse (such as a position beyond the limits), naming the place, rather than write a file
-    // that cannot be opened again. Model files are not part of that check: a model that went
-    // missing after it was loaded does not stop a save. Messages read
+    // that cannot be opened again. Model and image files are not part of that check: a model or
+    // an artwork image that went missing after it was loaded does not stop a save. Messages read
     // "Cannot save <path>: <reason>".
     static bool save(const QString &path, const Document &document, QString *errorMessage);
     // The file contents for the document (UTF-8, indented, keys in alphabetical order).
