@@ -1,0 +1,395 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+// glTF export: the files pass the Khronos validator, and what a viewer would compute from them
+// (node matrices from the written translations, quaternions and scales; vertex positions read
+// back from the buffer) lands where the host puts it, converted to metres with Y up.
+
+#include "geometry/geometry.h"
+#include "host/hostfunctions.h"
+#include "hostapp/core/commands/session.h"
+#include "hostapp/core/scene/lightnode.h"
+#include "hostapp/core/scene/meshnode.h"
+#include "hostapp/render/exportcommand.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMatrix4x4>
+#include <QPainter>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QtEndian>
+
+#include <cstring>
+
+namespace {
+
+using namespace vantrel;
+
+struct Asset
+{
+    QJsonObject json;
+    QByteArray binary; // the buffer: the BIN chunk, or the data: URI decoded
+};
+
+quint32 word(const QByteArray &bytes, int offset)
+{
+    return qFromLittleEndian<quint32>(bytes.constData() + offset);
+}
+
+// Reads a file as a viewer would: the GLB container by its documented layout, or the JSON text
+// with its buffer in a base64 data: URI.
+Asset readAsset(const QString &path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    const QByteArray bytes = file.readAll();
+    Asset asset;
+    if (bytes.startsWith("glTF")) {
+        EXPECT_EQ(word(bytes, 4), 2u) << "GLB version";
+        EXPECT_EQ(word(bytes, 8), quint32(bytes.size())) << "GLB length";
+        const quint32 jsonLength = word(bytes, 12);
+        EXPECT_EQ(word(bytes, 16), 0x4E4F534Au) << "first chunk is JSON";
+        asset.json = QJsonDocument::fromJson(bytes.mid(20, jsonLength)).object();
+        const int bin = 20 + int(jsonLength);
+        if (bin < bytes.size()) {
+            EXPECT_EQ(word(bytes, bin + 4), 0x004E4942u) << "second chunk is BIN";
+            asset.binary = bytes.mid(bin + 8, word(bytes, bin));
+        }
+    } else {
+        asset.json = QJsonDocument::fromJson(bytes).object();
+        if (!asset.json.contains(QStringLiteral("buffers")))
+            return asset;
+        const QString uri
+            = std::as_const(asset.json)[QStringLiteral("buffers")][0][QStringLiteral("uri")]
+                  .toString();
+        const QString prefix = QStringLiteral("data:application/octet-stream;base64,");
+        EXPECT_TRUE(uri.startsWith(prefix)) << "the buffer is inside the file";
+        asset.binary = QByteArray::fromBase64(uri.mid(prefix.size()).toLatin1());
+    }
+    return asset;
+}
+
+QByteArray viewBytes(const Asset &asset, int view)
+{
+    const QJsonObject v = asset.json[QStringLiteral("bufferViews")][view].toObject();
+    return asset.binary.mid(v[QStringLiteral("byteOffset")].toInt(),
+                            v[QStringLiteral("byteLength")].toInt());
+}
+
+QVector3D readPosition(const Asset &asset, int accessor, int vertex)
+{
+    const QJsonObject a = asset.json[QStringLiteral("accessors")][accessor].toObject();
+    const QByteArray bytes = viewBytes(asset, a[QStringLiteral("bufferView")].toInt());
+    float p[3];
+    std::memcpy(p, bytes.constData() + 12 * vertex, sizeof p);
+    return QVector3D(p[0], p[1], p[2]);
+}
+
+const QJsonObject node(const Asset &asset, int index)
+{
+    return asset.json[QStringLiteral("nodes")][index].toObject();
+}
+
+int nodeNamed(const Asset &asset, const QString &name)
+{
+    const QJsonArray nodes = asset.json[QStringLiteral("nodes")].toArray();
+    for (int i = 0; i < nodes.size(); ++i) {
+        if (nodes[i][QStringLiteral("name")].toString() == name)
+            return i;
+    }
+    ADD_FAILURE() << "no node named " << name.toStdString();
+    return 0;
+}
+
+// The node's matrix from its glTF translation, rotation (x, y, z, w) and scale: T * R * S.
+QMatrix4x4 localMatrix(const QJsonObject &n)
+{
+    const QJsonArray t = n[QStringLiteral("translation")].toArray({0, 0, 0});
+    const QJsonArray r = n[QStringLiteral("rotation")].toArray({0, 0, 0, 1});
+    const QJsonArray s = n[QStringLiteral("scale")].toArray({1, 1, 1});
+    QMatrix4x4 m;
+    m.translate(t[0].toDouble(), t[1].toDouble(), t[2].toDouble());
+    m.rotate(QQuaternion(r[3].toDouble(), r[0].toDouble(), r[1].toDouble(), r[2].toDouble()));
+    m.scale(s[0].toDouble(), s[1].toDouble(), s[2].toDouble());
+    return m;
+}
+
+// The world matrix of a node: the product of the matrices on the path from the scene's top.
+QMatrix4x4 worldMatrix(const Asset &asset, int target)
+{
+    const QJsonArray nodes = asset.json[QStringLiteral("nodes")].toArray();
+    for (int i = 0; i < nodes.size(); ++i) {
+        for (const QJsonValue child : nodes[i][QStringLiteral("children")].toArray()) {
+            if (child.toInt() == target)
+                return worldMatrix(asset, i) * localMatrix(nodes[target].toObject());
+        }
+    }
+    return localMatrix(nodes[target].toObject());
+}
+
+// The host's world point in glTF's frame: metres, Y up, the host's y away from the viewer.
+QVector3D converted(const Vector3 &p)
+{
+    return QVector3D(p.x, p.z, -p.y) * 0.01f;
+}
+
+void expectNear(const QVector3D &actual, const QVector3D &expected, const std::string &what)
+{
+    EXPECT_LT((actual - expected).length(), 1e-5f)
+        << what << ": (" << actual.x() << ", " << actual.y() << ", " << actual.z()
+        << ") instead of (" << expected.x() << ", " << expected.y() << ", " << expected.z() << ")";
+}
+
+// Runs the Khronos validator on the file; skips where node or the validator is missing.
+void expectValid(const QString &path)
+{
+    const QString node = QStandardPaths::findExecutable(QStringLiteral("node"));
+    const QString validator = QStringLiteral(VANTREL_GLTF_VALIDATOR);
+    if (node.isEmpty() || !QFile::exists(validator + QStringLiteral("/package.json")))
+        GTEST_SKIP() << "the glTF validator needs node and " << validator.toStdString()
+                     << " (./setup.sh installs both)";
+    QProcess process;
+    process.start(node, {QStringLiteral(VANTREL_GLTF_VALIDATE_SCRIPT), validator, path});
+    ASSERT_TRUE(process.waitForFinished(50000));
+    const QByteArray report = process.readAllStandardOutput();
+    std::cout << path.toStdString() << ": " << report.toStdString();
+    const QJsonObject summary = QJsonDocument::fromJson(report).object();
+    EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
+    EXPECT_EQ(summary[QStringLiteral("errors")].toInt(-1), 0) << report.toStdString();
+}
+
+class GltfExportTest : public ::testing::Test
+{
+protected:
+    GltfExportTest()
+    {
+        QString error;
+        EXPECT_TRUE(m_session.loadToolsPlugin(QStringLiteral(VANTREL_TOOLS_PLUGIN), &error))
+            << error.toStdString();
+    }
+
+    void run(const QString &program)
+    {
+        QString error;
+        EXPECT_TRUE(m_session.runner().evaluate(program, QStringLiteral("test.js"), &error))
+            << error.toStdString();
+    }
+
+    template<class T>
+    T *find(const char *name)
+    {
+        for (INode *n : CollectAllChildren(MakeListOfNodes(m_session.document().GetRootNode()))) {
+            if (n->GetName() == QLatin1String(name))
+                return qobject_cast<T *>(n);
+        }
+        ADD_FAILURE() << "no node " << name;
+        return nullptr;
+    }
+
+    QString write(const char *name)
+    {
+        const QString path = m_folder.filePath(QLatin1String(name));
+        QString error;
+        EXPECT_TRUE(render::writeGltf(m_session.document(), path, &error)) << error.toStdString();
+        return path;
+    }
+
+    host::Session m_session;
+    QTemporaryDir m_folder;
+};
+
+TEST_F(GltfExportTest, ValidFilesKeepTheTreeTheSharedMeshTheArtworkTheLightsAndTheCamera)
+{
+    run(QStringLiteral(
+        "var shelf = document.root.addGroup('Shelf');"
+        "shelf.position = [12, -4, 3]; shelf.rotation = [15, -30, 50]; shelf.scale = [1.5, 1, 0.8];"
+        "var inner = shelf.addGroup('Inner');"
+        "inner.position = [3, 2, 1]; inner.rotation = [-20, 35, 110];"
+        "var novel = inner.addShape('generator.Book.Paperback', 'Novel');"
+        "novel.position = [1, 2, 3]; novel.rotation = [5, 10, -15]; novel.scale = [1, 2, 1];"
+        "var box = document.root.addShape('generator.Boxes.Box', 'Gift Box');"
+        "box.position = [-40, 10, 0];"
+        "tools.stepAndRepeat(box, {repeatx: 3, repeaty: 2, stepx: 5});"
+        "var key = document.root.addLight('Key'); key.position = [50, -50, 80];"
+        "var sun = shelf.addLight('Sun'); sun.position = [0, -100, 100];"
+        "document.root.addLight('Off').visible = false;"));
+    QImage print(64, 32, QImage::Format_ARGB32);
+    print.fill(Qt::red);
+    QPainter(&print).fillRect(32, 0, 32, 32, Qt::blue);
+    auto *novel = find<host::MeshNode>("Novel");
+    ASSERT_NE(novel, nullptr);
+    novel->applyArtwork(QStringLiteral("print.png"), std::make_shared<const QImage>(print));
+    auto *sun = find<host::LightNode>("Sun");
+    ASSERT_NE(sun, nullptr);
+    sun->applyLightMode(ILightNode::DirectionalLight);
+
+    for (const char *name : {"scene.glb", "scene.gltf"}) {
+        SCOPED_TRACE(name);
+        const QString path = write(name);
+        expectValid(path);
+        const Asset asset = readAsset(path);
+        const QJsonObject &json = asset.json;
+
+        // Six boxes of the grid share one mesh: two meshes in all, the boxes' written once.
+        EXPECT_EQ(json[QStringLiteral("meshes")].toArray().size(), 2);
+        const int boxMesh
+            = node(asset, nodeNamed(asset, QStringLiteral("Gift Box - 1")))[QStringLiteral("mesh")]
+                  .toInt(-1);
+        for (int copy = 2; copy <= 6; ++copy) {
+            EXPECT_EQ(
+                node(asset,
+                     nodeNamed(asset,
+                               QStringLiteral("Gift Box - %1").arg(copy)))[QStringLiteral("mesh")]
+                    .toInt(-2),
+                boxMesh);
+        }
+        const int grid = nodeNamed(asset, QStringLiteral("Gift Box"));
+        EXPECT_EQ(node(asset, grid)[QStringLiteral("children")].toArray().size(), 6);
+        EXPECT_FALSE(node(asset, grid).contains(QStringLiteral("mesh"))) << "a group";
+
+        // The artwork: the novel's material's texture, PNG bytes in the buffer, the same picture.
+        const int novelNode = nodeNamed(asset, QStringLiteral("Novel"));
+        const QJsonObject novelMesh
+            = json[QStringLiteral("meshes")][node(asset, novelNode)[QStringLiteral("mesh")].toInt()]
+                  .toObject();
+        const int material
+            = novelMesh[QStringLiteral("primitives")][0][QStringLiteral("material")].toInt(-1);
+        const int texture
+            = json[QStringLiteral("materials")][material][QStringLiteral("pbrMetallicRoughness")]
+                  [QStringLiteral("baseColorTexture")][QStringLiteral("index")]
+                      .toInt(-1);
+        ASSERT_GE(texture, 0) << "the novel's material has the artwork";
+        const int image
+            = json[QStringLiteral("textures")][texture][QStringLiteral("source")].toInt();
+        const QJsonObject imageObject = json[QStringLiteral("images")][image].toObject();
+        EXPECT_EQ(imageObject[QStringLiteral("mimeType")].toString(), QStringLiteral("image/png"));
+        const QImage decoded = QImage::fromData(
+            viewBytes(asset, imageObject[QStringLiteral("bufferView")].toInt()), "PNG");
+        EXPECT_EQ(decoded.convertToFormat(QImage::Format_ARGB32), print);
+        const int boxMaterial = json[QStringLiteral("meshes")][boxMesh]
+                                    [QStringLiteral("primitives")][0][QStringLiteral("material")]
+                                        .toInt(-1);
+        EXPECT_FALSE(
+            json[QStringLiteral("materials")][boxMaterial][QStringLiteral("pbrMetallicRoughness")]
+                .toObject()
+                .contains(QStringLiteral("baseColorTexture")));
+
+        // Vertices read back from the buffer, through the written node matrices, land where the
+        // host puts them.
+        for (const char *shapeName : {"Novel", "Gift Box - 5"}) {
+            auto *shape = find<host::MeshNode>(shapeName);
+            ASSERT_NE(shape, nullptr);
+            Matrix hostWorld;
+            GetNodeGlobalMatrix(hostWorld, shape);
+            const int index = nodeNamed(asset, QString::fromUtf8(shapeName));
+            const QMatrix4x4 world = worldMatrix(asset, index);
+            const QJsonObject mesh
+                = json[QStringLiteral("meshes")][node(asset, index)[QStringLiteral("mesh")].toInt()]
+                      .toObject();
+            const auto &parts = shape->mesh()->meshParts();
+            for (std::size_t part = 0; part < parts.size(); part += 2) {
+                const int accessor = mesh[QStringLiteral("primitives")][int(part)]
+                                         [QStringLiteral("attributes")][QStringLiteral("POSITION")]
+                                             .toInt();
+                const auto &vertices = parts[part]->GetVertices();
+                for (std::size_t v : {std::size_t(0), vertices.size() / 2, vertices.size() - 1}) {
+                    Vector3 expected(
+                        vertices[v].position[0], vertices[v].position[1], vertices[v].position[2]);
+                    TransformPoint(expected, hostWorld);
+                    expectNear(world.map(readPosition(asset, accessor, int(v))),
+                               converted(expected),
+                               std::string(shapeName) + " part " + std::to_string(part) + " vertex "
+                                   + std::to_string(v));
+                }
+            }
+        }
+
+        // Lights: the visible two, placed where they are; the sun pointing at the origin.
+        const QJsonArray lights
+            = json[QStringLiteral("extensions")][QStringLiteral("KHR_lights_punctual")]
+                  [QStringLiteral("lights")]
+                      .toArray();
+        ASSERT_EQ(lights.size(), 2);
+        auto lightOf = [&](int index) {
+            return lights[node(asset, index)[QStringLiteral("extensions")][QStringLiteral(
+                              "KHR_lights_punctual")][QStringLiteral("light")]
+                              .toInt(-1)]
+                .toObject();
+        };
+        const int keyNode = nodeNamed(asset, QStringLiteral("Key"));
+        const int sunNode = nodeNamed(asset, QStringLiteral("Sun (direction)"));
+        EXPECT_EQ(lightOf(keyNode)[QStringLiteral("type")].toString(), QStringLiteral("point"));
+        EXPECT_EQ(lightOf(keyNode)[QStringLiteral("name")].toString(), QStringLiteral("Key"));
+        EXPECT_EQ(lightOf(sunNode)[QStringLiteral("type")].toString(),
+                  QStringLiteral("directional"));
+        EXPECT_EQ(lightOf(sunNode)[QStringLiteral("name")].toString(), QStringLiteral("Sun"));
+        expectNear(worldMatrix(asset, keyNode).map(QVector3D()),
+                   converted(Vector3(50, -50, 80)),
+                   "the key light's place");
+        Matrix sunWorld;
+        GetNodeGlobalMatrix(sunWorld, sun);
+        const Vector3 sunPlace(sunWorld[12], sunWorld[13], sunWorld[14]);
+        expectNear(
+            worldMatrix(asset, sunNode).map(QVector3D()), converted(sunPlace), "the sun's place");
+        expectNear(worldMatrix(asset, sunNode).mapVector(QVector3D(0, 0, -1)).normalized(),
+                   -converted(sunPlace).normalized(),
+                   "the sun shines towards the origin");
+
+        // The camera at the eye, looking at the target with the image's top up.
+        const host::Camera &camera = *m_session.document().camera();
+        const int cameraNode = nodeNamed(asset, QStringLiteral("Camera"));
+        const QMatrix4x4 eye = worldMatrix(asset, cameraNode);
+        expectNear(eye.map(QVector3D()), converted(camera.position()), "the camera's place");
+        expectNear(eye.mapVector(QVector3D(0, 0, -1)).normalized(),
+                   (converted(camera.GetTarget()) - converted(camera.position())).normalized(),
+                   "the camera looks at the target");
+        const Matrix &axes = camera.GetGlobalMatrix();
+        expectNear(eye.mapVector(QVector3D(0, 1, 0)).normalized(),
+                   converted(Vector3(axes[8], axes[9], axes[10])).normalized(),
+                   "the image's top");
+        const QJsonObject perspective
+            = json[QStringLiteral("cameras")][0][QStringLiteral("perspective")].toObject();
+        EXPECT_NEAR(perspective[QStringLiteral("yfov")].toDouble(),
+                    camera.GetFieldOfView() * M_PI / 180,
+                    1e-6);
+        EXPECT_NEAR(
+            perspective[QStringLiteral("aspectRatio")].toDouble(), camera.GetAspectRatio(), 1e-6);
+    }
+}
+
+TEST_F(GltfExportTest, WrongNamesAndPlacesAreRefusedByName)
+{
+    run(QStringLiteral("document.root.addShape('generator.Boxes.Box', 'Box');"));
+    const QString kept = m_folder.filePath(QStringLiteral("kept.glb"));
+    QFile previous(kept);
+    ASSERT_TRUE(previous.open(QIODevice::WriteOnly));
+    previous.write("previous");
+    previous.close();
+    for (const QString &path : {m_folder.filePath(QStringLiteral("scene.obj")),
+                                QStringLiteral("/nonexistent/folder/scene.glb"),
+                                m_folder.path() + QStringLiteral("/kept.glb/inside.gltf")}) {
+        QString error;
+        EXPECT_FALSE(render::writeGltf(m_session.document(), path, &error));
+        EXPECT_TRUE(error.startsWith(QStringLiteral("cannot write ") + path))
+            << error.toStdString();
+    }
+    ASSERT_TRUE(previous.open(QIODevice::ReadOnly));
+    EXPECT_EQ(previous.readAll(), QByteArray("previous"));
+}
+
+// An empty scene is still a valid file: the camera and the axes' root, no buffer.
+TEST_F(GltfExportTest, EmptySceneIsValid)
+{
+    const QString path = write("empty.gltf");
+    expectValid(path);
+    const Asset asset = readAsset(path);
+    EXPECT_FALSE(asset.json.contains(QStringLiteral("buffers")));
+    EXPECT_EQ(asset.json[QStringLiteral("nodes")].toArray().size(), 2);
+}
+
+} // namespace
