@@ -277,11 +277,20 @@ QJsonObject GltfExporter::asset(const QJsonObject &buffer) const
 
 QByteArray GltfExporter::gltf() const
 {
+    // Qt 5's JSON classes hold at most about 128 MB, which big artwork would pass once in base64:
+    // the data goes in after the text is made, right after the URI's prefix (the only place
+    // where a quote follows "uri": unescaped, so no name can be taken for it).
+    static const QByteArray prefix = QByteArrayLiteral("data:application/octet-stream;base64,");
     const QJsonObject buffer{{QStringLiteral("byteLength"), double(m_buffer.data().size())},
-                             {QStringLiteral("uri"),
-                              QString::fromLatin1("data:application/octet-stream;base64,"
-                                                  + m_buffer.data().toBase64())}};
-    return QJsonDocument(asset(buffer)).toJson(QJsonDocument::Indented);
+                             {QStringLiteral("uri"), QString::fromLatin1(prefix)}};
+    QByteArray text = QJsonDocument(asset(buffer)).toJson(QJsonDocument::Indented);
+    if (!m_buffer.data().isEmpty()) {
+        const QByteArray key = "\"uri\": \"" + prefix;
+        const int at = text.indexOf(key);
+        Q_ASSERT(at >= 0);
+        text.insert(at + key.size(), m_buffer.data().toBase64());
+    }
+    return text;
 }
 
 QByteArray GltfExporter::glb() const
