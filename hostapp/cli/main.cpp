@@ -119,7 +119,7 @@ private:
         QStringLiteral("time-limit"),
         QStringLiteral("Stop the scripts with an error (exit status 1, nothing saved or drawn) "
                        "once they have run this many seconds together, decimals allowed (run, "
-                       "render; default: no limit)."),
+                       "render, export; default: no limit)."),
         QStringLiteral("seconds")};
     const QCommandLineOption m_picturesOption{
         QStringLiteral("pictures"),

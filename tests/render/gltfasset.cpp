@@ -75,6 +75,17 @@ QVector3D readPosition(const Asset &asset, int accessor, int vertex)
     return QVector3D(p[0], p[1], p[2]);
 }
 
+QJsonValue at(const Asset &asset, const QString &pointer)
+{
+    QJsonValue value = asset.json;
+    for (const QString &step : pointer.split(QLatin1Char('/'), Qt::SkipEmptyParts)) {
+        bool isIndex = false;
+        const int index = step.toInt(&isIndex);
+        value = isIndex ? value.toArray().at(index) : value.toObject().value(step);
+    }
+    return value;
+}
+
 const QJsonObject node(const Asset &asset, int index)
 {
     return asset.json[QStringLiteral("nodes")][index].toObject();

@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QJsonObject>
+#include <QJsonValue>
 #include <QMatrix4x4>
 #include <QString>
 #include <QVector3D>
@@ -27,6 +28,8 @@ Asset readAsset(const QString &path);
 QByteArray viewBytes(const Asset &asset, int view);
 QVector3D readPosition(const Asset &asset, int accessor, int vertex);
 
+// The value at a JSON pointer ("/meshes/0/primitives/0/material"); undefined where there is none.
+QJsonValue at(const Asset &asset, const QString &pointer);
 const QJsonObject node(const Asset &asset, int index);
 // The index of the first node of that name (a failure, and 0, when there is none).
 int nodeNamed(const Asset &asset, const QString &name);

@@ -125,9 +125,8 @@ TEST_F(GltfExportTest, TheGridsMeshIsWrittenOnceAndTheTreeKeepsItsNames)
 {
     for (const Asset &asset : exportBoth()) {
         SCOPED_TRACE(asset.form);
-        const QJsonObject &json = asset.json;
         // Six boxes of the grid share one mesh: two meshes in all, the boxes' written once.
-        EXPECT_EQ(json[QStringLiteral("meshes")].toArray().size(), 2);
+        EXPECT_EQ(at(asset, "/meshes").toArray().size(), 2);
         const int boxMesh = meshOf(asset, QStringLiteral("Gift Box - 1"));
         EXPECT_GE(boxMesh, 0);
         for (int copy = 2; copy <= 6; ++copy)
@@ -142,37 +141,33 @@ TEST_F(GltfExportTest, TheArtworkIsTheMaterialsTextureInsideTheFile)
 {
     for (const Asset &asset : exportBoth()) {
         SCOPED_TRACE(asset.form);
-        const QJsonObject &json = asset.json;
-        // The artwork: the novel's material's texture, PNG bytes in the buffer, the same picture.
-        const QJsonObject novelMesh
-            = json[QStringLiteral("meshes")][meshOf(asset, QStringLiteral("Novel"))].toObject();
-        const int material
-            = novelMesh[QStringLiteral("primitives")][0][QStringLiteral("material")].toInt(-1);
-        const int texture
-            = json[QStringLiteral("materials")][material][QStringLiteral("pbrMetallicRoughness")]
-                  [QStringLiteral("baseColorTexture")][QStringLiteral("index")]
-                      .toInt(-1);
+        // The novel's material's texture: PNG bytes in the buffer, the picture painted.
+        auto materialOf = [&](const char *shape) {
+            return at(asset,
+                      QStringLiteral("/materials/%1/pbrMetallicRoughness")
+                          .arg(at(asset,
+                                  QStringLiteral("/meshes/%1/primitives/0/material")
+                                      .arg(meshOf(asset, QLatin1String(shape))))
+                                   .toInt(-1)))
+                .toObject();
+        };
+        const int texture = materialOf("Novel")[QStringLiteral("baseColorTexture")]
+                                .toObject()[QStringLiteral("index")]
+                                .toInt(-1);
         ASSERT_GE(texture, 0) << "the novel's material has the artwork";
-        const int image
-            = json[QStringLiteral("textures")][texture][QStringLiteral("source")].toInt();
-        const QJsonObject imageObject = json[QStringLiteral("images")][image].toObject();
-        EXPECT_EQ(imageObject[QStringLiteral("mimeType")].toString(), QStringLiteral("image/png"));
+        const QJsonObject image
+            = at(asset,
+                 QStringLiteral("/images/%1")
+                     .arg(at(asset, QStringLiteral("/textures/%1/source").arg(texture)).toInt()))
+                  .toObject();
+        EXPECT_EQ(image[QStringLiteral("mimeType")].toString(), QStringLiteral("image/png"));
         const QImage decoded = QImage::fromData(
-            viewBytes(asset, imageObject[QStringLiteral("bufferView")].toInt()), "PNG");
+            viewBytes(asset, image[QStringLiteral("bufferView")].toInt()), "PNG");
         EXPECT_EQ(decoded.convertToFormat(QImage::Format_ARGB32), m_print);
         if (qstrcmp(asset.form, ".glb") == 0) {
-            EXPECT_FALSE(
-                json[QStringLiteral("buffers")][0].toObject().contains(QStringLiteral("uri")))
-                << "the image is in the binary chunk";
+            EXPECT_TRUE(at(asset, "/buffers/0/uri").isUndefined()) << "in the binary chunk";
         }
-        const int boxMesh = meshOf(asset, QStringLiteral("Gift Box - 1"));
-        const int boxMaterial = json[QStringLiteral("meshes")][boxMesh]
-                                    [QStringLiteral("primitives")][0][QStringLiteral("material")]
-                                        .toInt(-1);
-        EXPECT_FALSE(
-            json[QStringLiteral("materials")][boxMaterial][QStringLiteral("pbrMetallicRoughness")]
-                .toObject()
-                .contains(QStringLiteral("baseColorTexture")));
+        EXPECT_FALSE(materialOf("Gift Box - 1").contains(QStringLiteral("baseColorTexture")));
     }
 }
 
@@ -180,7 +175,6 @@ TEST_F(GltfExportTest, VerticesLandWhereTheHostPutsThem)
 {
     for (const Asset &asset : exportBoth()) {
         SCOPED_TRACE(asset.form);
-        const QJsonObject &json = asset.json;
         // Vertices read back from the buffer, through the written node matrices, land where the
         // host puts them.
         for (const char *shapeName : {"Novel", "Gift Box - 5"}) {
@@ -190,14 +184,14 @@ TEST_F(GltfExportTest, VerticesLandWhereTheHostPutsThem)
             GetNodeGlobalMatrix(hostWorld, shape);
             const int index = nodeNamed(asset, QString::fromUtf8(shapeName));
             const QMatrix4x4 world = worldMatrix(asset, index);
-            const QJsonObject mesh
-                = json[QStringLiteral("meshes")][node(asset, index)[QStringLiteral("mesh")].toInt()]
-                      .toObject();
             const auto &parts = shape->mesh()->meshParts();
             for (std::size_t part = 0; part < parts.size(); part += 2) {
-                const int accessor = mesh[QStringLiteral("primitives")][int(part)]
-                                         [QStringLiteral("attributes")][QStringLiteral("POSITION")]
-                                             .toInt();
+                const int accessor
+                    = at(asset,
+                         QStringLiteral("/meshes/%1/primitives/%2/attributes/POSITION")
+                             .arg(meshOf(asset, QString::fromUtf8(shapeName)))
+                             .arg(part))
+                          .toInt();
                 const auto &vertices = parts[part]->GetVertices();
                 for (std::size_t v : {std::size_t(0), vertices.size() / 2, vertices.size() - 1}) {
                     Vector3 expected(
@@ -217,17 +211,14 @@ TEST_F(GltfExportTest, LightsAndCameraArePlacedAndPointedAsInTheScene)
 {
     for (const Asset &asset : exportBoth()) {
         SCOPED_TRACE(asset.form);
-        const QJsonObject &json = asset.json;
         // Lights: the visible two, placed where they are; the sun pointing at the origin.
-        const QJsonArray lights
-            = json[QStringLiteral("extensions")][QStringLiteral("KHR_lights_punctual")]
-                  [QStringLiteral("lights")]
-                      .toArray();
-        ASSERT_EQ(lights.size(), 2);
+        ASSERT_EQ(at(asset, "/extensions/KHR_lights_punctual/lights").toArray().size(), 2);
         auto lightOf = [&](int index) {
-            return lights[node(asset, index)[QStringLiteral("extensions")][QStringLiteral(
-                              "KHR_lights_punctual")][QStringLiteral("light")]
-                              .toInt(-1)]
+            const int light
+                = at(asset,
+                     QStringLiteral("/nodes/%1/extensions/KHR_lights_punctual/light").arg(index))
+                      .toInt(-1);
+            return at(asset, QStringLiteral("/extensions/KHR_lights_punctual/lights/%1").arg(light))
                 .toObject();
         };
         const int keyNode = nodeNamed(asset, QStringLiteral("Key"));
@@ -261,8 +252,7 @@ TEST_F(GltfExportTest, LightsAndCameraArePlacedAndPointedAsInTheScene)
         expectNear(eye.mapVector(QVector3D(0, 1, 0)).normalized(),
                    converted(Vector3(axes[8], axes[9], axes[10])).normalized(),
                    "the image's top");
-        const QJsonObject perspective
-            = json[QStringLiteral("cameras")][0][QStringLiteral("perspective")].toObject();
+        const QJsonObject perspective = at(asset, "/cameras/0/perspective").toObject();
         EXPECT_NEAR(perspective[QStringLiteral("yfov")].toDouble(),
                     camera.GetFieldOfView() * M_PI / 180,
                     1e-6);
