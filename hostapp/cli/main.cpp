@@ -7,6 +7,7 @@
 #include "hostapp/core/commands/runcommand.h"
 #include "hostapp/core/plugins/pluginloader.h"
 #include "hostapp/desktop/desktopcommand.h"
+#include "hostapp/render/exportcommand.h"
 #include "hostapp/render/framing.h"
 #include "hostapp/render/rendercommand.h"
 
@@ -73,7 +74,7 @@ public:
 
     int open(QTextStream &err) const;
     int demo(QTextStream &out, QTextStream &err) const;
-    // run and render share their scripts, scene, save and time limit.
+    // run, render and export share their scripts, scene, save and time limit.
     int runOrRender(QTextStream &out, QTextStream &err) const;
 
     const QString &command() const { return m_command; }
@@ -104,7 +105,7 @@ private:
     const QCommandLineOption m_outOption{
         QStringLiteral("out"),
         QStringLiteral("Write the picture to this file (render): PNG or JPEG by its suffix, "
-                       ".png, .jpg or .jpeg."),
+                       ".png, .jpg or .jpeg; or the glTF 2.0 file (export): .glb or .gltf."),
         QStringLiteral("file")};
     const QCommandLineOption m_widthOption{
         QStringLiteral("width"),
@@ -118,7 +119,7 @@ private:
         QStringLiteral("time-limit"),
         QStringLiteral("Stop the scripts with an error (exit status 1, nothing saved or drawn) "
                        "once they have run this many seconds together, decimals allowed (run, "
-                       "render; default: no limit)."),
+                       "render, export; default: no limit)."),
         QStringLiteral("seconds")};
     const QCommandLineOption m_picturesOption{
         QStringLiteral("pictures"),
@@ -153,6 +154,11 @@ CommandLine::CommandLine()
         "               write the picture to the --out file (.png, .jpg or .jpeg).\n"
         "               Needs OpenGL 3.3; without a display run it under\n"
         "               xvfb-run.\n"
+        "  export [SCENE]\n"
+        "               Like run, then write the scene as glTF 2.0 to the --out\n"
+        "               file: .glb (binary, textures inside) or .gltf (text, all\n"
+        "               in one file). Shapes, groups and names, artwork, lights\n"
+        "               and the camera; Y up, metres (see docs/export.md).\n"
         "  demo         Load the tools plug-in, list its tools, build a sample\n"
         "               packaging scene and run the tools on it, printing what\n"
         "               each step does (with --pictures, a picture of each step).\n\n"
@@ -169,11 +175,12 @@ CommandLine::CommandLine()
                          m_widthOption,
                          m_timeLimitOption,
                          m_picturesOption});
-    m_parser.addPositionalArgument(QStringLiteral("command"),
-                                   QStringLiteral("open, run, render or demo (default: open)"),
-                                   QStringLiteral("[command]"));
+    m_parser.addPositionalArgument(
+        QStringLiteral("command"),
+        QStringLiteral("open, run, render, export or demo (default: open)"),
+        QStringLiteral("[command]"));
     m_parser.addPositionalArgument(QStringLiteral("scene"),
-                                   QStringLiteral("The scene file (open, run, render)."),
+                                   QStringLiteral("The scene file (open, run, render, export)."),
                                    QStringLiteral("[scene]"));
 }
 
@@ -221,13 +228,14 @@ QString CommandLine::commonProblem()
                 .arg(vantrel::render::MaximumPictureSide)
                 .arg(m_parser.value(m_widthOption));
     }
-    if (m_parser.isSet(m_outOption) && m_command != QStringLiteral("render"))
-        return QStringLiteral("--out belongs to render");
+    if (m_parser.isSet(m_outOption) && m_command != QStringLiteral("render")
+        && m_command != QStringLiteral("export"))
+        return QStringLiteral("--out belongs to render and export");
     if (m_parser.isSet(m_picturesOption) && m_command != QStringLiteral("demo"))
         return QStringLiteral("--pictures belongs to demo");
     if (m_parser.isSet(m_timeLimitOption) && m_command != QStringLiteral("run")
-        && m_command != QStringLiteral("render"))
-        return QStringLiteral("--time-limit belongs to run and render");
+        && m_command != QStringLiteral("render") && m_command != QStringLiteral("export"))
+        return QStringLiteral("--time-limit belongs to run, render and export");
     return QString();
 }
 
@@ -262,6 +270,7 @@ int CommandLine::demo(QTextStream &out, QTextStream &err) const
 int CommandLine::runOrRender(QTextStream &out, QTextStream &err) const
 {
     const bool render = m_command == QStringLiteral("render");
+    const bool exporting = m_command == QStringLiteral("export");
     if (m_positional.size() > 2)
         return usageError(err, QStringLiteral("%1 takes one scene file at most").arg(m_command));
     if (render && !m_parser.isSet(m_outOption))
@@ -270,8 +279,15 @@ int CommandLine::runOrRender(QTextStream &out, QTextStream &err) const
         return usageError(err,
                           QStringLiteral("--out takes a .png, .jpg or .jpeg file, not \"%1\"")
                               .arg(m_parser.value(m_outOption)));
-    if (render && m_parser.isSet(m_saveOption))
-        return usageError(err, QStringLiteral("render does not save the scene; use run --save"));
+    if (exporting
+        && vantrel::render::gltfForm(m_parser.value(m_outOption))
+               == vantrel::render::GltfForm::None)
+        return usageError(err,
+                          QStringLiteral("export needs --out FILE.glb or FILE.gltf, not \"%1\"")
+                              .arg(m_parser.value(m_outOption)));
+    if ((render || exporting) && m_parser.isSet(m_saveOption))
+        return usageError(
+            err, QStringLiteral("%1 does not save the scene; use run --save").arg(m_command));
     if (!render && m_parser.isSet(m_widthOption))
         return usageError(err, QStringLiteral("--width belongs to render and demo --pictures"));
     vantrel::host::RunOptions options;
@@ -286,6 +302,8 @@ int CommandLine::runOrRender(QTextStream &out, QTextStream &err) const
             return usageError(err, message);
     }
     options.scripts = scripts();
+    if (exporting)
+        return vantrel::render::exportCommand({options, m_parser.value(m_outOption)}, out, err);
     if (render)
         return vantrel::render::renderCommand(
             {options, m_parser.value(m_outOption), m_width}, out, err);
@@ -320,7 +338,8 @@ int runCommand()
         return commandLine.open(err);
     if (command == QStringLiteral("demo"))
         return commandLine.demo(out, err);
-    if (command == QStringLiteral("run") || command == QStringLiteral("render"))
+    if (command == QStringLiteral("run") || command == QStringLiteral("render")
+        || command == QStringLiteral("export"))
         return commandLine.runOrRender(out, err);
     return usageError(err, QStringLiteral("unknown command: %1").arg(commandLine.arguments()));
 }

@@ -54,6 +54,8 @@ public:
     bool newDocument();
     bool openFile(const QString &path);
     bool saveFile(const QString &path);
+    // Writes the scene as glTF (.glb or .gltf, by the suffix); the scene file and its title stay.
+    bool exportFile(const QString &path);
 
     Document *document() const;
     QString filePath() const { return m_filePath; }
@@ -90,6 +92,7 @@ private:
     bool maybeSave();
     bool save();
     bool saveAs();
+    bool exportScene();
     void open();
     void addRecentFile(const QString &path);
     void fillRecentMenu();

@@ -1,13 +1,14 @@
 // Copyright (C) 2026 The vantrel-tools authors
 // SPDX-License-Identifier: MIT
 // The main window's menus and its file handling: the File, Edit, Tools and Help menus, New, Open,
-// Save, Save As, the recent files and the question about unsaved changes. The layout, the
+// Save, Save As, Export, the recent files and the question about unsaved changes. The layout, the
 // sessions and the tools' actions are in mainwindow.cpp.
 #include "hostapp/desktop/mainwindow.h"
 
 #include "hostapp/core/commands/session.h"
 #include "hostapp/core/document/document.h"
 #include "hostapp/core/files/scenefile.h"
+#include "hostapp/render/exportcommand.h"
 
 #include <QAction>
 #include <QApplication>
@@ -30,6 +31,8 @@ namespace {
 const QString RecentFilesKey = QStringLiteral("recentFiles");
 constexpr int MaximumRecentFiles = 8;
 const QString SceneFilter = QStringLiteral("Vantrel scenes (*.vscene *.json);;All files (*)");
+const QString BinaryGltfFilter = QStringLiteral("glTF binary, textures inside (*.glb)");
+const QString TextGltfFilter = QStringLiteral("glTF text, all in one file (*.gltf)");
 
 } // namespace
 
@@ -49,6 +52,7 @@ void MainWindow::buildMenus()
     QAction *saveAsAction
         = file->addAction(QStringLiteral("Save &As..."), this, [this] { saveAs(); });
     saveAsAction->setShortcut(QKeySequence::SaveAs);
+    file->addAction(QStringLiteral("&Export..."), this, [this] { exportScene(); });
     file->addSeparator();
     QAction *quitAction = file->addAction(QStringLiteral("&Quit"), this, &QWidget::close);
     quitAction->setShortcut(QKeySequence::Quit);
@@ -186,6 +190,43 @@ bool MainWindow::saveFile(const QString &path)
     addRecentFile(m_filePath);
     updateTitle();
     statusBar()->showMessage(QStringLiteral("Saved %1").arg(QDir::toNativeSeparators(m_filePath)),
+                             5000);
+    return true;
+}
+
+bool MainWindow::exportScene()
+{
+    const QString base = m_filePath.isEmpty()
+                             ? QDir::current().filePath(QStringLiteral("Untitled"))
+                             : QFileInfo(m_filePath).absolutePath() + QLatin1Char('/')
+                                   + QFileInfo(m_filePath).completeBaseName();
+    QFileDialog dialog(this,
+                       QStringLiteral("Export as glTF"),
+                       base + QStringLiteral(".glb"),
+                       BinaryGltfFilter + QStringLiteral(";;") + TextGltfFilter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    // A name typed without a suffix takes the one of the chosen kind.
+    dialog.setDefaultSuffix(QStringLiteral("glb"));
+    connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString &filter) {
+        dialog.setDefaultSuffix(filter == TextGltfFilter ? QStringLiteral("gltf")
+                                                         : QStringLiteral("glb"));
+    });
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return false;
+    return exportFile(dialog.selectedFiles().constFirst());
+}
+
+bool MainWindow::exportFile(const QString &path)
+{
+    if (!m_session)
+        return false;
+    QString error;
+    if (!render::writeGltf(m_session->document(), path, &error)) {
+        showFileError(QStringLiteral("Export"), error);
+        return false;
+    }
+    statusBar()->showMessage(QStringLiteral("Exported %1")
+                                 .arg(QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath())),
                              5000);
     return true;
 }

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 // The desktop window's files, driven as a user drives them on a real X display (Xvfb): a file
 // that cannot be read or written is reported by name and the document stays, unsaved changes are
-// asked about, Save As goes through its file dialog, and the recent files menu opens them again.
+// asked about, Save As goes through its file dialog, and the recent files menu opens them again;
+// File › Export... writes glTF through its own dialog and leaves the scene and its file alone.
 
 #include "hostapp/core/document/document.h"
 #include "hostapp/core/files/scenedump.h"
@@ -14,8 +15,12 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QMenu>
 #include <QMessageBox>
 #include <QTest>
@@ -143,6 +148,52 @@ TEST_F(MainWindowTest, SaveAsNewAndRecentFiles)
     EXPECT_TRUE(message.contains(QStringLiteral("sample.vscene"))) << message.toStdString();
     EXPECT_EQ(m_window->recentFiles(), QStringList({QFileInfo(copy).absoluteFilePath()}));
     EXPECT_EQ(dump(), floored);
+}
+
+TEST_F(MainWindowTest, ExportWritesGltfOfTheChosenKindAndLeavesTheSceneAlone)
+{
+    ASSERT_TRUE(m_window->openFile(sampleScene()));
+    const std::string before = dump();
+    const QString title = m_window->windowTitle();
+    QMenu *file
+        = qobject_cast<QMenu *>(m_window->recentMenu()->menuAction()->associatedWidgets().first());
+    ASSERT_NE(file, nullptr);
+
+    // The binary kind first, as offered; then the text kind picked in the dialog's type list.
+    withModal([&] { pick(file, QStringLiteral("&Export...")); },
+              [](QWidget *modal) { enterFileName(modal, QStringLiteral("shelf")); });
+    QFile binary(m_folder.filePath(QStringLiteral("shelf.glb")));
+    ASSERT_TRUE(binary.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(binary.read(4) == "glTF");
+    withModal([&] { pick(file, QStringLiteral("&Export...")); },
+              [](QWidget *modal) {
+                  auto *types = modal->findChild<QComboBox *>(QStringLiteral("fileTypeCombo"));
+                  ASSERT_NE(types, nullptr);
+                  types->setFocus();
+                  QTest::keyClick(types, Qt::Key_Down); // as a user picks the second kind
+                  ASSERT_EQ(types->currentIndex(), 1);
+                  enterFileName(modal, QStringLiteral("shelf"));
+              });
+    QFile text(m_folder.filePath(QStringLiteral("shelf.gltf")));
+    ASSERT_TRUE(text.open(QIODevice::ReadOnly));
+    const QJsonObject gltf = QJsonDocument::fromJson(text.readAll()).object();
+    QStringList names;
+    for (const QJsonValue node : gltf[QStringLiteral("nodes")].toArray())
+        names.append(node[QStringLiteral("name")].toString());
+    for (INode *node : document().root()->GetChildren())
+        EXPECT_TRUE(names.contains(node->GetName())) << node->GetName().toStdString();
+
+    // A file that cannot be written is reported by name.
+    const QString unwritable = QStringLiteral("/nonexistent/folder/shelf.glb");
+    bool result = true;
+    const QString message = messageOf([&] { result = m_window->exportFile(unwritable); });
+    EXPECT_FALSE(result);
+    EXPECT_TRUE(message.contains(unwritable)) << message.toStdString();
+
+    EXPECT_EQ(dump(), before);
+    EXPECT_EQ(m_window->windowTitle(), title);
+    EXPECT_FALSE(m_window->isWindowModified());
+    EXPECT_TRUE(m_window->filePath().endsWith(QStringLiteral("sample.vscene")));
 }
 
 } // namespace

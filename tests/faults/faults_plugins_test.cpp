@@ -298,7 +298,7 @@ std::vector<FaultCase> endlessScriptsCases()
         {.name = "TimeLimitForDemo",
          .arguments = {"demo", "--time-limit", "1"},
          .exitCode = 2,
-         .message = "--time-limit belongs to run and render"},
+         .message = "--time-limit belongs to run, render and export"},
     };
 }
 
