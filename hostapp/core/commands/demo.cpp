@@ -173,7 +173,11 @@ private:
 
 bool DemoRun::sampleScene()
 {
-    m_hovering = buildSampleScene(m_document);
+    QStringList problems;
+    m_hovering = buildSampleScene(m_document, &problems);
+    // Without its artwork the demo still shows every tool; the shapes are plain.
+    for (const QString &problem : problems)
+        m_err << "vantrel: example artwork left out: " << problem << "\n";
     m_document.SetSelection(m_hovering, Document::ReplaceSelection);
     m_document.history().clear();
     printTools(m_session.tools(), m_session.context(), m_out);

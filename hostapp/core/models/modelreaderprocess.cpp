@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/models/modelreaderprocess.h"
 
+#include "hostapp/core/files/programfolders.h"
+
 #include "hostapp/core/models/modelchannel.h"
 
 #include <QByteArray>
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QList>
 
 #include <algorithm>
@@ -19,7 +19,6 @@
 #include <utility>
 #include <vector>
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
@@ -256,14 +255,8 @@ QString tookTooLong(const ModelFile::Limits &limits)
 // plugins/ beside bin/).
 const QByteArray &readerProgram()
 {
-    static const QByteArray s_program = [] {
-        Dl_info info = {};
-        if (::dladdr(reinterpret_cast<void *>(&readerProgram), &info) == 0 || !info.dli_fname)
-            return QByteArray("vantrel-model-reader");
-        const QString library = QFileInfo(QFile::decodeName(info.dli_fname)).canonicalPath();
-        return QFile::encodeName(
-            QDir::cleanPath(library + QStringLiteral("/../bin/vantrel-model-reader")));
-    }();
+    static const QByteArray s_program
+        = QFile::encodeName(programFile(QStringLiteral("bin/vantrel-model-reader")));
     return s_program;
 }
 
