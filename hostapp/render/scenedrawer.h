@@ -12,13 +12,17 @@
 #include <vector>
 
 class ICamera;
+class QMatrix4x4;
 class QOpenGLFramebufferObject;
 class QOpenGLShaderProgram;
 class QOpenGLVertexArrayObject;
+class QVector3D;
 
 namespace vantrel::render {
 
 class GpuMeshCache;
+class GpuTextureCache;
+class ShadowAtlas;
 
 struct DrawOptions
 {
@@ -72,21 +76,22 @@ public:
     // How many meshes are on the GPU, and how many times the shadow maps were drawn: what the
     // caches save shows here.
     std::size_t cachedMeshCount() const;
-    int shadowPasses() const { return m_shadowPasses; }
+    std::size_t cachedTextureCount() const; // artwork images on the GPU
+    int shadowPasses() const;
 
 private:
-    struct ShadowState;
-
-    bool updateShadows(const DrawList &list, bool wanted, QString *errorMessage);
-    void bindShadowsForFloor(const DrawList &list, int samples, QOpenGLShaderProgram &floor) const;
+    void drawFloor(const DrawList &list,
+                   const QMatrix4x4 &viewProjection,
+                   const QVector3D &eye,
+                   const DrawOptions &options);
 
     std::unique_ptr<QOpenGLShaderProgram> m_meshProgram;
     std::unique_ptr<QOpenGLShaderProgram> m_floorProgram;
     std::unique_ptr<QOpenGLShaderProgram> m_shadowProgram;
     std::unique_ptr<QOpenGLVertexArrayObject> m_emptyVertexArray; // for the floor's triangle
     std::unique_ptr<GpuMeshCache> m_meshes;
-    std::unique_ptr<ShadowState> m_shadows;
-    int m_shadowPasses = 0;
+    std::unique_ptr<GpuTextureCache> m_textures;
+    std::unique_ptr<ShadowAtlas> m_shadows;
 };
 
 } // namespace vantrel::render
