@@ -119,7 +119,10 @@ bool SceneDrawer::initialize(QString *errorMessage)
     if (m_floorProgram)
         m_shadowProgram = buildProgram(
             QStringLiteral("shadow.vert"), QStringLiteral("shadow.frag"), errorMessage);
-    if (!m_shadowProgram) {
+    if (m_shadowProgram)
+        m_depthProgram = buildProgram(
+            QStringLiteral("depth.vert"), QStringLiteral("depth.frag"), errorMessage);
+    if (!m_depthProgram) {
         releaseResources(); // initialize() may be called again; it starts over
         return false;
     }
@@ -139,6 +142,7 @@ void SceneDrawer::releaseResources()
     m_meshes.reset();
     m_textures.reset();
     m_emptyVertexArray.reset();
+    m_depthProgram.reset();
     m_shadowProgram.reset();
     m_floorProgram.reset();
     m_meshProgram.reset();
@@ -233,7 +237,16 @@ bool SceneDrawer::draw(const DrawList &list,
     if (options.floor)
         drawFloor(list, viewProjection, eye, options);
 
+    // Depth first, then the shading of only the front-most shape at each pixel: shading reads
+    // the shadow maps dozens of times, and large arrangements draw many shapes over one another.
     gl.glDepthFunc(GL_LESS);
+    gl.glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
+    m_depthProgram->bind();
+    m_depthProgram->setUniformValue("viewProjection", viewProjection);
+    m_meshes->draw(*context.extraFunctions(), nullptr);
+    m_depthProgram->release();
+    gl.glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    gl.glDepthFunc(GL_LEQUAL);
     QOpenGLShaderProgram &meshProgram = *m_meshProgram;
     meshProgram.bind();
     meshProgram.setUniformValue("viewProjection", viewProjection);
@@ -244,6 +257,7 @@ bool SceneDrawer::draw(const DrawList &list,
     m_shadows->bind(list, options.shadowSamples, meshProgram);
     m_meshes->draw(*context.extraFunctions(), &meshProgram);
     meshProgram.release();
+    gl.glDepthFunc(GL_LESS);
     return true;
 }
 

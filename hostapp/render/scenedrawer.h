@@ -88,6 +88,7 @@ private:
     std::unique_ptr<QOpenGLShaderProgram> m_meshProgram;
     std::unique_ptr<QOpenGLShaderProgram> m_floorProgram;
     std::unique_ptr<QOpenGLShaderProgram> m_shadowProgram;
+    std::unique_ptr<QOpenGLShaderProgram> m_depthProgram;
     std::unique_ptr<QOpenGLVertexArrayObject> m_emptyVertexArray; // for the floor's triangle
     std::unique_ptr<GpuMeshCache> m_meshes;
     std::unique_ptr<GpuTextureCache> m_textures;

@@ -15,6 +15,7 @@ out vec3 worldPosition;
 out vec3 worldNormal;
 flat out vec3 albedo;
 flat out float selected;
+invariant gl_Position; // the same depths as depth.vert's, for the shading pass's GL_LEQUAL
 out vec2 artworkCoord;
 
 void main()
