@@ -32,22 +32,23 @@ struct DrawOptions
     // Selected shapes tinted and rimmed, so that a user sees what a tool will act on. Pictures
     // leave it off: they show the shot, not the editing state.
     bool highlightSelection = false;
-    // Shadow-map lookups per floor pixel and shadow-casting light, spread evenly over the light's
-    // blur radius: fewer draw the floor faster with grainier shadow edges of the same width.
+    // Shadow-map lookups per pixel (floor or shape) and shadow-casting light, spread evenly over
+    // the light's blur radius: fewer draw faster with grainier shadow edges of the same width.
     // Limited to 1 to MaxShadowSamples; pictures keep the default.
-    static constexpr int MaxShadowSamples = 64; // as in floor.frag
+    static constexpr int MaxShadowSamples = 64; // as in lighting.glsl
     int shadowSamples = MaxShadowSamples;
 };
 
 // Draws a draw list as a camera sees it into the framebuffer bound in the current OpenGL context:
-// shapes shaded by the list's lights and ambient level, and the floor at z = 0 with the shadows
-// of the lights that cast them (see docs/rendering.md). The picture renderer draws into its
-// offscreen buffer with it, and the desktop view into its widget's buffer.
+// shapes printed with their artwork and shaded by the list's lights and ambient level, and the
+// floor at z = 0, both receiving the shadows of the lights that cast them (see
+// docs/rendering.md). The picture renderer draws into its offscreen buffer with it, and the
+// desktop view into its widget's buffer.
 //
 // It belongs to one context: initialize() and every later call need that context current on the
 // GUI thread, and releaseResources() must run while it still is. Between frames it keeps the
-// meshes on the GPU, and the shadow maps while no shape and no light changed, since they do not
-// depend on the camera.
+// meshes and artwork textures on the GPU, and the shadow maps while no shape and no light
+// changed, since they do not depend on the camera.
 class VANTREL_RENDER_EXPORT SceneDrawer
 {
 public:
