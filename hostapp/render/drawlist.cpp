@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace vantrel::render {
@@ -108,6 +109,9 @@ DrawList collectDrawList(const host::Document &document)
     list.ambient = std::max(0.f, document.GetAmbientIntensity());
     const std::vector<INode *> nodes = CollectAllChildren(MakeListOfNodes(document.GetRootNode()));
     int shadowLights = 0;
+    // Shapes that share a mesh are copies of one shape (or of one kind and values), so the
+    // colour is worked out once per mesh: a grid of thousands of copies reads its values once.
+    std::unordered_map<const host::Mesh *, LinearColour> colours;
     const std::unordered_set<const INode *> selection(document.GetSelection().begin(),
                                                       document.GetSelection().end());
     auto isSelected = [&selection](const INode *node) {
@@ -124,7 +128,10 @@ DrawList collectDrawList(const host::Document &document)
             DrawItem item;
             item.mesh = meshNode->mesh();
             GetNodeGlobalMatrix(item.world, node);
-            item.albedo = shapeColour(*meshNode);
+            auto colour = colours.find(item.mesh.get());
+            if (colour == colours.end())
+                colour = colours.emplace(item.mesh.get(), shapeColour(*meshNode)).first;
+            item.albedo = colour->second;
             if (meshNode->artworkImage() && !meshNode->artworkImage()->isNull())
                 item.artwork = meshNode->artworkImage();
             item.node = meshNode;
