@@ -33,6 +33,9 @@ namespace {
 
 const QColor FloorColour(0xeb, 0xe8, 0xe1);
 
+// From this many shadow samples on, the shapes' depth is drawn before their shading.
+constexpr int DepthFirstSamples = 32;
+
 QVector3D linear(const QColor &colour)
 {
     return QVector3D(toLinear(float(colour.redF())),
@@ -239,14 +242,20 @@ bool SceneDrawer::draw(const DrawList &list,
 
     // Depth first, then the shading of only the front-most shape at each pixel: shading reads
     // the shadow maps dozens of times, and large arrangements draw many shapes over one another.
+    // Without shadows, or with the few samples of a moving view, shading costs less than
+    // transforming every vertex twice, and the shapes are shaded as they come.
+    const bool shadowed = std::any_of(
+        m_shadows->tiles().begin(), m_shadows->tiles().end(), [](int tile) { return tile >= 0; });
     gl.glDepthFunc(GL_LESS);
-    gl.glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
-    m_depthProgram->bind();
-    m_depthProgram->setUniformValue("viewProjection", viewProjection);
-    m_meshes->draw(*context.extraFunctions(), nullptr);
-    m_depthProgram->release();
-    gl.glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
-    gl.glDepthFunc(GL_LEQUAL);
+    if (shadowed && options.shadowSamples >= DepthFirstSamples) {
+        gl.glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
+        m_depthProgram->bind();
+        m_depthProgram->setUniformValue("viewProjection", viewProjection);
+        m_meshes->draw(*context.extraFunctions(), nullptr);
+        m_depthProgram->release();
+        gl.glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+        gl.glDepthFunc(GL_LEQUAL);
+    }
     QOpenGLShaderProgram &meshProgram = *m_meshProgram;
     meshProgram.bind();
     meshProgram.setUniformValue("viewProjection", viewProjection);
