@@ -10,9 +10,12 @@
 #include "hostapp/core/scene/meshnode.h"
 
 #include <QByteArray>
+#include <QCryptographicHash>
+#include <QVariantMap>
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace vantrel::render {
@@ -76,12 +79,26 @@ float toLinear(float srgb)
     return std::pow(std::clamp(srgb, 0.f, 1.f), 2.2f);
 }
 
-LinearColour shapeColour(const QString &name)
+LinearColour shapeColour(const host::MeshNode &node)
 {
-    // A CRC of the name gives the same colour on every machine and in every run; qHash would not
-    // (a per-process seed, and a CPU-dependent function for strings).
-    const QByteArray bytes = name.toUtf8();
-    const quint16 check = qChecksum(bytes.constData(), uint(bytes.size()));
+    // The identifier and the values in name order (QVariantMap is sorted), numbers written out
+    // alike whatever their type, so that a 20 stored as an integer and as a double are one shape.
+    // A model's values name its file: one file, one colour.
+    const host::ShapeGenerator &generator = *node.generator();
+    QByteArray key(generator.GetTypeId());
+    const QVariantMap values = generator.parameters();
+    for (auto value = values.begin(); value != values.end(); ++value) {
+        key += '\n' + value.key().toUtf8() + '=';
+        bool number = false;
+        const double d = value.value().toDouble(&number);
+        key += number && value.value().type() != QVariant::String
+                   ? QByteArray::number(d, 'g', 7)
+                   : value.value().toString().toUtf8();
+    }
+    // A cryptographic digest of the key gives the same colour on every machine and in every run;
+    // qHash would not (a per-process seed, and a CPU-dependent function for strings).
+    const QByteArray digest = QCryptographicHash::hash(key, QCryptographicHash::Sha1);
+    const auto check = quint8(digest.at(0));
     const float *srgb = Palette[check % (sizeof Palette / sizeof Palette[0])];
     return LinearColour{toLinear(srgb[0]), toLinear(srgb[1]), toLinear(srgb[2])};
 }
@@ -92,6 +109,9 @@ DrawList collectDrawList(const host::Document &document)
     list.ambient = std::max(0.f, document.GetAmbientIntensity());
     const std::vector<INode *> nodes = CollectAllChildren(MakeListOfNodes(document.GetRootNode()));
     int shadowLights = 0;
+    // Shapes that share a mesh are copies of one shape (or of one kind and values), so the
+    // colour is worked out once per mesh: a grid of thousands of copies reads its values once.
+    std::unordered_map<const host::Mesh *, LinearColour> colours;
     const std::unordered_set<const INode *> selection(document.GetSelection().begin(),
                                                       document.GetSelection().end());
     auto isSelected = [&selection](const INode *node) {
@@ -108,7 +128,12 @@ DrawList collectDrawList(const host::Document &document)
             DrawItem item;
             item.mesh = meshNode->mesh();
             GetNodeGlobalMatrix(item.world, node);
-            item.albedo = shapeColour(node->GetName());
+            auto colour = colours.find(item.mesh.get());
+            if (colour == colours.end())
+                colour = colours.emplace(item.mesh.get(), shapeColour(*meshNode)).first;
+            item.albedo = colour->second;
+            if (meshNode->artworkImage() && !meshNode->artworkImage()->isNull())
+                item.artwork = meshNode->artworkImage();
             item.node = meshNode;
             item.selected = isSelected(node);
             extendByMesh(list.bounds, *item.mesh, item.world);

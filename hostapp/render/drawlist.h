@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/types.h"
+#include "hostapp/core/scene/artworkimage.h"
 #include "hostapp/core/scene/mesh.h"
 #include "hostapp/render/renderexport.h"
 
@@ -32,9 +33,10 @@ struct LinearColour
 
 struct DrawItem
 {
-    host::MeshPtr mesh; // shared with the node, kept alive until the picture is done
-    Matrix world;       // the node's world matrix (row vectors)
-    LinearColour albedo;
+    host::MeshPtr mesh;  // shared with the node, kept alive until the picture is done
+    Matrix world;        // the node's world matrix (row vectors)
+    LinearColour albedo; // the shape's own colour; under its artwork where the image is clear
+    host::ArtworkImagePtr artwork;  // the image printed through the texture coordinates, or null
     host::MeshNode *node = nullptr; // the shape drawn, for picking in a view
     bool selected = false;          // the shape or a group above it is in the document's selection
 };
@@ -72,9 +74,11 @@ extendByMesh(TBBox<float> &box, const host::Mesh &mesh, const Matrix &world);
 // by one light at the camera that casts no shadow, of intensity 1 minus the ambient level.
 VANTREL_RENDER_EXPORT DrawList collectDrawList(const host::Document &document);
 
-// The colour of a shape: a muted palette colour chosen by its name, so that copies look alike
-// and neighbours in a stack usually differ. No textures are drawn.
-VANTREL_RENDER_EXPORT LinearColour shapeColour(const QString &name);
+// The colour of a shape: a muted palette colour chosen by what the shape is, its generator's
+// identifier and parameter values (for a model, its file), never by its name: the copies of a
+// grid or a stack, each with a name of its own, look alike, and shapes of different kinds or
+// sizes usually differ.
+VANTREL_RENDER_EXPORT LinearColour shapeColour(const host::MeshNode &node);
 
 // sRGB (0..1) to linear light and back, with the plain 2.2 power the shaders use.
 VANTREL_RENDER_EXPORT float toLinear(float srgb);

@@ -4,12 +4,16 @@
 
 #include "hostapp/render/drawlist.h"
 #include "hostapp/render/glmatrix.h"
+#include "hostapp/render/gputexturecache.h"
 
 #include <QMatrix4x4>
 #include <QOpenGLExtraFunctions>
+#include <QOpenGLShaderProgram>
 
 #include <cstddef>
 #include <cstring>
+#include <map>
+#include <utility>
 
 namespace vantrel::render {
 
@@ -23,6 +27,7 @@ constexpr int AlbedoLocation = 9;
 constexpr int SelectedLocation = 10;
 constexpr int InstanceFloats = 16 + 9 + 3 + 1;
 constexpr int InstanceStride = InstanceFloats * int(sizeof(float));
+constexpr int TexCoordLocation = 11; // per vertex, after the instance attributes
 
 void writeInstance(float *out, const DrawItem &item)
 {
@@ -96,6 +101,13 @@ std::unique_ptr<GpuMeshCache::GpuMesh> GpuMeshCache::upload(const host::MeshPtr 
                              GL_FALSE,
                              sizeof(VertexRecord),
                              reinterpret_cast<const void *>(offsetof(VertexRecord, normal)));
+    gl.glEnableVertexAttribArray(TexCoordLocation);
+    gl.glVertexAttribPointer(TexCoordLocation,
+                             2,
+                             GL_FLOAT,
+                             GL_FALSE,
+                             sizeof(VertexRecord),
+                             reinterpret_cast<const void *>(offsetof(VertexRecord, texCoord)));
     // The instance attributes advance once per instance; where they are read from is set at
     // each draw, since the mesh's run of the instance buffer changes from frame to frame.
     for (int location = WorldLocation; location <= SelectedLocation; ++location) {
@@ -106,23 +118,28 @@ std::unique_ptr<GpuMeshCache::GpuMesh> GpuMeshCache::upload(const host::MeshPtr 
     return gpu;
 }
 
-void GpuMeshCache::prepare(const DrawList &list, QOpenGLExtraFunctions &gl)
+void GpuMeshCache::prepare(const DrawList &list,
+                           const GpuTextureCache &textures,
+                           QOpenGLExtraFunctions &gl)
 {
     ++m_frame;
     m_batches.clear();
-    // First the meshes and how many instances each has, then every instance in its mesh's run.
-    std::unordered_map<const host::Mesh *, std::size_t> batchOf;
+    // First the meshes and artworks and how many instances each pair has, then every instance in
+    // its pair's run.
+    std::map<std::pair<const host::Mesh *, GLuint>, std::size_t> batchOf;
     std::vector<std::size_t> itemBatch(list.items.size());
     for (std::size_t i = 0; i < list.items.size(); ++i) {
         const DrawItem &item = list.items[i];
-        auto found = batchOf.find(item.mesh.get());
+        const GLuint artwork = textures.texture(item.artwork.get());
+        auto found = batchOf.find({item.mesh.get(), artwork});
         if (found == batchOf.end()) {
             std::unique_ptr<GpuMesh> &gpu = m_meshes[item.mesh.get()];
             if (!gpu)
                 gpu = upload(item.mesh, gl);
             gpu->lastFrame = m_frame;
-            found = batchOf.emplace(item.mesh.get(), m_batches.size()).first;
-            m_batches.push_back(Batch{gpu.get(), 0, 0});
+            found
+                = batchOf.emplace(std::make_pair(item.mesh.get(), artwork), m_batches.size()).first;
+            m_batches.push_back(Batch{gpu.get(), artwork, 0, 0});
         }
         itemBatch[i] = found->second;
         ++m_batches[found->second].count;
@@ -155,12 +172,18 @@ void GpuMeshCache::prepare(const DrawList &list, QOpenGLExtraFunctions &gl)
     m_instances.release();
 }
 
-void GpuMeshCache::draw(QOpenGLExtraFunctions &gl)
+void GpuMeshCache::draw(QOpenGLExtraFunctions &gl, QOpenGLShaderProgram *shading)
 {
     for (const Batch &batch : m_batches) {
         GpuMesh &gpu = *batch.gpu;
         if (gpu.indexCount == 0)
             continue;
+        if (shading) {
+            shading->setUniformValue("hasArtwork", batch.artwork ? 1.f : 0.f);
+            gl.glActiveTexture(GL_TEXTURE1);
+            gl.glBindTexture(GL_TEXTURE_2D, batch.artwork);
+            gl.glActiveTexture(GL_TEXTURE0);
+        }
         gpu.vertexArray.bind();
         m_instances.bind();
         const std::size_t base = std::size_t(batch.first) * InstanceStride;

@@ -29,8 +29,9 @@ struct RenderOptions
 };
 
 // Draws a document as its camera sees it into an image, with OpenGL 3.3 (core profile, GLSL
-// 3.30) on an offscreen surface: shapes shaded by the visible lights and the ambient level, and a
-// floor at z = 0 that receives the shadows of the lights that cast them. The view and projection
+// 3.30) on an offscreen surface: shapes printed with their artwork and shaded by the visible
+// lights and the ambient level, and a floor at z = 0, both receiving the shadows of the lights
+// that cast them. The view and projection
 // are exactly the host's CalculateViewMatrix and CalculateProjectionMatrix, so the picture frames
 // what Fit To View fitted. See docs/rendering.md.
 //

@@ -12,13 +12,17 @@
 #include <vector>
 
 class ICamera;
+class QMatrix4x4;
 class QOpenGLFramebufferObject;
 class QOpenGLShaderProgram;
 class QOpenGLVertexArrayObject;
+class QVector3D;
 
 namespace vantrel::render {
 
 class GpuMeshCache;
+class GpuTextureCache;
+class ShadowAtlas;
 
 struct DrawOptions
 {
@@ -28,22 +32,23 @@ struct DrawOptions
     // Selected shapes tinted and rimmed, so that a user sees what a tool will act on. Pictures
     // leave it off: they show the shot, not the editing state.
     bool highlightSelection = false;
-    // Shadow-map lookups per floor pixel and shadow-casting light, spread evenly over the light's
-    // blur radius: fewer draw the floor faster with grainier shadow edges of the same width.
+    // Shadow-map lookups per pixel (floor or shape) and shadow-casting light, spread evenly over
+    // the light's blur radius: fewer draw faster with grainier shadow edges of the same width.
     // Limited to 1 to MaxShadowSamples; pictures keep the default.
-    static constexpr int MaxShadowSamples = 64; // as in floor.frag
+    static constexpr int MaxShadowSamples = 64; // as in lighting.glsl
     int shadowSamples = MaxShadowSamples;
 };
 
 // Draws a draw list as a camera sees it into the framebuffer bound in the current OpenGL context:
-// shapes shaded by the list's lights and ambient level, and the floor at z = 0 with the shadows
-// of the lights that cast them (see docs/rendering.md). The picture renderer draws into its
-// offscreen buffer with it, and the desktop view into its widget's buffer.
+// shapes printed with their artwork and shaded by the list's lights and ambient level, and the
+// floor at z = 0, both receiving the shadows of the lights that cast them (see
+// docs/rendering.md). The picture renderer draws into its offscreen buffer with it, and the
+// desktop view into its widget's buffer.
 //
 // It belongs to one context: initialize() and every later call need that context current on the
 // GUI thread, and releaseResources() must run while it still is. Between frames it keeps the
-// meshes on the GPU, and the shadow maps while no shape and no light changed, since they do not
-// depend on the camera.
+// meshes and artwork textures on the GPU, and the shadow maps while no shape and no light
+// changed, since they do not depend on the camera.
 class VANTREL_RENDER_EXPORT SceneDrawer
 {
 public:
@@ -72,21 +77,23 @@ public:
     // How many meshes are on the GPU, and how many times the shadow maps were drawn: what the
     // caches save shows here.
     std::size_t cachedMeshCount() const;
-    int shadowPasses() const { return m_shadowPasses; }
+    std::size_t cachedTextureCount() const; // artwork images on the GPU
+    int shadowPasses() const;
 
 private:
-    struct ShadowState;
-
-    bool updateShadows(const DrawList &list, bool wanted, QString *errorMessage);
-    void bindShadowsForFloor(const DrawList &list, int samples, QOpenGLShaderProgram &floor) const;
+    void drawFloor(const DrawList &list,
+                   const QMatrix4x4 &viewProjection,
+                   const QVector3D &eye,
+                   const DrawOptions &options);
 
     std::unique_ptr<QOpenGLShaderProgram> m_meshProgram;
     std::unique_ptr<QOpenGLShaderProgram> m_floorProgram;
     std::unique_ptr<QOpenGLShaderProgram> m_shadowProgram;
+    std::unique_ptr<QOpenGLShaderProgram> m_depthProgram;
     std::unique_ptr<QOpenGLVertexArrayObject> m_emptyVertexArray; // for the floor's triangle
     std::unique_ptr<GpuMeshCache> m_meshes;
-    std::unique_ptr<ShadowState> m_shadows;
-    int m_shadowPasses = 0;
+    std::unique_ptr<GpuTextureCache> m_textures;
+    std::unique_ptr<ShadowAtlas> m_shadows;
 };
 
 } // namespace vantrel::render

@@ -15,30 +15,12 @@
 #include <vector>
 
 using namespace vantrel::host;
+using vantrel::test::lightAt;
 using vantrel::test::PictureTest;
 using vantrel::test::pixelOf;
 using vantrel::test::Point;
 
 namespace {
-
-// The light reaching the floor around a pixel, in linear units: the picture stores light with a
-// 2.2 power, so it is undone before averaging a 5 x 5 patch.
-double lightAt(const QImage &picture, const QPointF &where)
-{
-    double sum = 0.0;
-    int count = 0;
-    for (int dy = -2; dy <= 2; ++dy) {
-        for (int dx = -2; dx <= 2; ++dx) {
-            const QPoint p(int(std::lround(where.x())) + dx, int(std::lround(where.y())) + dy);
-            if (!picture.rect().contains(p))
-                continue;
-            const QRgb c = picture.pixel(p);
-            sum += std::pow((qRed(c) + qGreen(c) + qBlue(c)) / (3.0 * 255.0), 2.2);
-            ++count;
-        }
-    }
-    return count ? sum / count : NAN;
-}
 
 // A shadow-casting block standing on the floor, 20 wide (x), 60 deep (y) and 40 high, seen from
 // the front (-y) and above, so that the floor on both sides of it shows.

@@ -32,6 +32,23 @@ QPointF pixelOf(const host::Camera &camera, const QSize &size, const Point &p)
     return QPointF((x + 1.0) * 0.5 * size.width(), (1.0 - y) * 0.5 * size.height());
 }
 
+double lightAt(const QImage &picture, const QPointF &where)
+{
+    double sum = 0.0;
+    int count = 0;
+    for (int dy = -2; dy <= 2; ++dy) {
+        for (int dx = -2; dx <= 2; ++dx) {
+            const QPoint p(int(std::lround(where.x())) + dx, int(std::lround(where.y())) + dy);
+            if (!picture.rect().contains(p))
+                continue;
+            const QRgb c = picture.pixel(p);
+            sum += std::pow((qRed(c) + qGreen(c) + qBlue(c)) / (3.0 * 255.0), 2.2);
+            ++count;
+        }
+    }
+    return count ? sum / count : NAN;
+}
+
 PictureTest::PictureTest()
 {
     QString error;

@@ -29,6 +29,10 @@ inline const QColor Magenta(255, 0, 255);
 // of view and its frame fitted into the picture.
 QPointF pixelOf(const host::Camera &camera, const QSize &size, const Point &p);
 
+// The light reaching a surface around a pixel, up to its colour's factor, in linear units: the
+// picture stores light with a 2.2 power, so it is undone before averaging a 5 x 5 patch.
+double lightAt(const QImage &picture, const QPointF &where);
+
 class PictureTest : public ::testing::Test
 {
 protected:

@@ -186,3 +186,26 @@ TEST_F(SceneDrawerTest, FewerShadowSamplesKeepTheSofteningsReach)
     one.shadowSamples = 1;
     EXPECT_EQ(draw(m_drawer, outOfRange), draw(m_drawer, one)) << "at least one sample";
 }
+
+TEST_F(SceneDrawerTest, AnArtworkGoesUpOnceAndLeavesWithTheLastShapeThatPrintsIt)
+{
+    const QImage plain = draw(m_drawer);
+    QImage sheet(64, 32, QImage::Format_RGB32);
+    sheet.fill(QColor(30, 140, 60));
+    const auto image = std::make_shared<const QImage>(sheet);
+    // The generator's box has texture coordinates; the plain boxes show the sheet's corner.
+    m_other->applyArtwork(QStringLiteral("sheet.png"), image);
+    m_copy->applyArtwork(QStringLiteral("sheet.png"), image);
+    const QImage printed = draw(m_drawer);
+    EXPECT_NE(printed, plain);
+    EXPECT_EQ(m_drawer.cachedTextureCount(), 1u) << "two shapes share one texture";
+    EXPECT_EQ(printed, drawAfresh()) << "a kept texture draws what a new one draws";
+    EXPECT_EQ(m_drawer.shadowPasses(), 1) << "an artwork casts no other shadow";
+
+    m_other->applyArtwork(QString(), nullptr);
+    draw(m_drawer);
+    EXPECT_EQ(m_drawer.cachedTextureCount(), 1u) << "the copy still prints it";
+    m_copy->applyArtwork(QString(), nullptr);
+    EXPECT_EQ(draw(m_drawer), plain);
+    EXPECT_EQ(m_drawer.cachedTextureCount(), 0u) << "no shape prints it any more";
+}

@@ -7,6 +7,7 @@ layout(location = 6) in mat3 normalMatrix; // inverse transpose of world's linea
                                            // normal under scale
 layout(location = 9) in vec3 instanceAlbedo; // linear
 layout(location = 10) in float instanceSelected;
+layout(location = 11) in vec2 texCoord; // the artwork's u and v, 0..1, v = 0 at the image's top
 
 uniform mat4 viewProjection;
 
@@ -14,6 +15,8 @@ out vec3 worldPosition;
 out vec3 worldNormal;
 flat out vec3 albedo;
 flat out float selected;
+invariant gl_Position; // the same depths as depth.vert's, for the shading pass's GL_LEQUAL
+out vec2 artworkCoord;
 
 void main()
 {
@@ -22,5 +25,6 @@ void main()
     worldNormal = normalMatrix * normal;
     albedo = instanceAlbedo;
     selected = instanceSelected;
+    artworkCoord = texCoord;
     gl_Position = viewProjection * p;
 }
