@@ -26,11 +26,11 @@ constexpr int LinearFilter = 9729;
 constexpr int LinearMipmapLinearFilter = 9987;
 constexpr int ClampToEdge = 33071;
 
-// The base colour of a shape without artwork: neutral white, so that the viewer's lights show
-// the shape as the print would be lit. With artwork the texture gives the colour.
-LinearColour baseColour(const host::MeshNode &)
+// The base colour: a shape without artwork gets the colour the host's pictures give it (so a grid
+// of copies stays one colour); with artwork the texture gives the colour, multiplied by white.
+LinearColour baseColour(const host::MeshNode &node)
 {
-    return LinearColour{1.f, 1.f, 1.f};
+    return node.artworkImage() ? LinearColour{1.f, 1.f, 1.f} : shapeColour(node);
 }
 
 // The vertex attributes of one part as glTF wants them: normals of unit length (a zero normal,
