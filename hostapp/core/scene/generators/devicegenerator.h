@@ -28,6 +28,8 @@ public:
     float cornerRadius() const { return value("cornerRadius").toFloat(); }
     void setCornerRadius(float cornerRadius);
 
+    ArtworkSheet artworkSheet() const override;
+
 protected:
     MeshPtr build() const override;
     std::unique_ptr<ShapeGenerator> create() const override;

@@ -30,6 +30,8 @@ public:
     float thickness() const { return value("thickness").toFloat(); }
     void setThickness(float thickness);
 
+    ArtworkSheet artworkSheet() const override;
+
 protected:
     MeshPtr build() const override;
     bool meshFollowsParameters() const override { return true; }
