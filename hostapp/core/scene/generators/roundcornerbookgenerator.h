@@ -30,6 +30,11 @@ public:
 protected:
     MeshPtr build() const override;
     std::unique_ptr<ShapeGenerator> create() const override;
+
+private:
+    static constexpr int s_segments = 8; // per rounded corner
+    MeshBuilder::CornerRadii cornerRadii() const;
+    MeshBuilder::Outline pageBlockOutline() const;
 };
 
 } // namespace vantrel::host

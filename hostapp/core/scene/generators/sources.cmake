@@ -13,6 +13,7 @@ set(VANTREL_GENERATOR_SOURCES
     scene/vertexframes.cpp scene/vertexframes.h
     scene/generators/bookgenerator.cpp scene/generators/bookgenerator.h
     scene/generators/boxgenerator.cpp scene/generators/boxgenerator.h
+    scene/generators/cartonsheet.h
     scene/generators/canvasgenerator.cpp scene/generators/canvasgenerator.h
     scene/generators/devicegenerator.cpp scene/generators/devicegenerator.h
     scene/generators/disccasegenerator.cpp scene/generators/disccasegenerator.h
