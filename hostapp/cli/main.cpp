@@ -4,6 +4,7 @@
 // by the host library, so that tests and benchmarks run exactly what users run.
 
 #include "hostapp/core/commands/demo.h"
+#include "hostapp/core/commands/dielinecommand.h"
 #include "hostapp/core/commands/runcommand.h"
 #include "hostapp/core/plugins/pluginloader.h"
 #include "hostapp/desktop/desktopcommand.h"
@@ -155,7 +156,11 @@ CommandLine::CommandLine()
         "               xvfb-run.\n"
         "  demo         Load the tools plug-in, list its tools, build a sample\n"
         "               packaging scene and run the tools on it, printing what\n"
-        "               each step does (with --pictures, a picture of each step).\n\n"
+        "               each step does (with --pictures, a picture of each step).\n"
+        "  dieline GENERATOR [--params JSON] --out FILE.svg\n"
+        "               Write the shape's artwork sheet as an SVG dieline: each\n"
+        "               face's outline at real size, in centimetres. Without\n"
+        "               GENERATOR, list the generators (vantrel dieline --help).\n\n"
         "Exit status: 0 on success, 1 for a script error, a file that cannot be\n"
         "read or written, no OpenGL, no display for the window or a tools plug-in\n"
         "that cannot be loaded, 2 for bad usage."));
@@ -312,6 +317,9 @@ int runCommand()
 {
     QTextStream out(stdout);
     QTextStream err(stderr);
+    // dieline has options of its own (--params) and parses them itself.
+    if (QApplication::arguments().value(1) == QStringLiteral("dieline"))
+        return vantrel::host::dielineCommand(QApplication::arguments().mid(1), out, err);
     CommandLine commandLine;
     if (const int status = commandLine.parse(out, err); status >= 0)
         return status;

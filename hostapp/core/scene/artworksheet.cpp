@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/scene/artworksheet.h"
 
+#include "hostapp/core/scene/outline.h"
+
 #include <algorithm>
 
 namespace vantrel::host {

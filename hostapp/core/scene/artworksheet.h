@@ -3,14 +3,17 @@
 #pragma once
 
 #include "host/hostexport.h"
-#include "hostapp/core/scene/outline.h"
 
 #include <QPolygonF>
 #include <QRectF>
 #include <QString>
 #include <QVector>
 
+#include <vector>
+
 namespace vantrel::host {
+
+struct OutlinePoint; // outline.h, kept out of this header, which every generator user sees
 
 // Where a shape's artwork lands: one image covers the whole sheet, and each face of the shape
 // prints from its own region of it. Lengths are centimetres (the scene's units) with the origin
@@ -38,9 +41,9 @@ public:
     void addOutline(const QString &name,
                     float x,
                     float y,
-                    const Outline &outline,
+                    const std::vector<OutlinePoint> &outline,
                     bool mirrored = false,
-                    const QVector<Outline> &holes = {});
+                    const QVector<std::vector<OutlinePoint>> &holes = {});
     // The shared region of the surfaces with no print of their own, a centimetre square.
     void addPlain(float x, float y) { addRectangle(QStringLiteral("plain"), x, y, 1.f, 1.f); }
     // Moves every face added so far down by dy.
