@@ -58,7 +58,8 @@ struct Printed
 // Faces whose print is projected onto a curved surface, so the surface is larger than the print.
 bool projectedOntoCurve(const std::string &id, const QString &face)
 {
-    return id == "generator.Book.HardCover" && face == QLatin1String("spine");
+    return (id == "generator.Book.HardCover" || id == "generator.Book.Magazine")
+           && face == QLatin1String("spine");
 }
 
 void checkSheetAgainstMesh(const ShapeGenerator &generator)
@@ -71,12 +72,12 @@ void checkSheetAgainstMesh(const ShapeGenerator &generator)
     for (int i = 0; i < faces.size(); ++i) {
         for (int j = i + 1; j < faces.size(); ++j) {
             const QRectF common = faces[i].region.intersected(faces[j].region);
-            EXPECT_LT(common.width() * common.height(), 1e-6)
+            EXPECT_LT(common.width() * common.height(), 1e-4)
                 << id << ": " << faces[i].name.toStdString() << " overlaps "
                 << faces[j].name.toStdString();
         }
     }
-    const double slack = 1e-3 * std::max(width, height);
+    const double slack = 1e-4 * std::max(width, height) + 1e-5;
     std::map<int, Printed> printed;
     int strays = 0;
     for (const IMeshPart *p : generator.mesh()->parts()) {
@@ -91,14 +92,20 @@ void checkSheetAgainstMesh(const ShapeGenerator &generator)
                 uv[k] = {vertex.texCoord[0] * width, vertex.texCoord[1] * height};
                 at[k] = vec(vertex.position);
             }
+            // The face under the triangle's middle owns it; all its corners must lie on that face.
+            const QPointF middle((uv[0].u + uv[1].u + uv[2].u) / 3,
+                                 (uv[0].v + uv[1].v + uv[2].v) / 3);
             int owner = -1;
-            for (int f = 0; f < faces.size() && owner < 0; ++f) {
-                const QRectF r = faces[f].region.adjusted(-slack, -slack, slack, slack);
-                if (r.contains(uv[0].u, uv[0].v) && r.contains(uv[1].u, uv[1].v)
-                    && r.contains(uv[2].u, uv[2].v))
-                    owner = f;
+            for (const double margin : {0., slack}) {
+                for (int f = 0; f < faces.size() && owner < 0; ++f) {
+                    if (faces[f].region.adjusted(-margin, -margin, margin, margin).contains(middle))
+                        owner = f;
+                }
             }
-            if (owner < 0) {
+            const QRectF r
+                = owner < 0 ? QRectF() : faces[owner].region.adjusted(-slack, -slack, slack, slack);
+            if (owner < 0 || !r.contains(uv[0].u, uv[0].v) || !r.contains(uv[1].u, uv[1].v)
+                || !r.contains(uv[2].u, uv[2].v)) {
                 ++strays;
                 continue;
             }
@@ -187,7 +194,8 @@ TEST(ArtworkSheet, RegionsHaveTheSizesOfThePackagingTheyPrint)
     const ArtworkSheet box = make("generator.Boxes.Box")->artworkSheet();
     EXPECT_NEAR(box.width(), 60., 1e-4) << "left, front, right and back in a row";
     EXPECT_NEAR(box.height(), 50., 1e-4) << "top, front and bottom in a column";
-    const ArtworkSheet::Face *label = make("generator.DiscBox.Disc")->artworkSheet().face("label");
+    const ArtworkSheet disc = make("generator.DiscBox.Disc")->artworkSheet();
+    const ArtworkSheet::Face *label = disc.face("label");
     ASSERT_EQ(label->outline.size(), 2) << "the label is cut round the centre hole";
     EXPECT_NEAR(outlineArea(*label), 3.14159265 * (36. - 0.5625), 0.01 * 36.);
     EXPECT_TRUE(make("generator.external.model")->artworkSheet().isEmpty());

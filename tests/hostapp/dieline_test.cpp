@@ -35,8 +35,8 @@ TEST(Dieline, EverySheetIsAnSvgOfItsFacesAtRealSize)
         QXmlStreamReader xml(dielineSvg(sheet, QString::fromLatin1(id)));
         QStringList titles;
         int paths = 0;
-        while (xml.readNextStartElement() || !xml.atEnd()) {
-            if (!xml.isStartElement())
+        while (!xml.atEnd()) {
+            if (xml.readNext() != QXmlStreamReader::StartElement)
                 continue;
             const QXmlStreamAttributes a = xml.attributes();
             if (xml.name() == QLatin1String("svg")) {

@@ -11,7 +11,11 @@ namespace vantrel::host {
 void ArtworkSheet::addRectangle(const QString &name, float x, float y, float width, float height)
 {
     const QRectF region(x, y, width, height);
-    m_faces.push_back({name, region, {QPolygonF(region)}});
+    Face face;
+    face.name = name;
+    face.region = region;
+    face.outline.push_back(QPolygonF(region));
+    m_faces.push_back(face);
 }
 
 void ArtworkSheet::addOutline(const QString &name,
@@ -31,8 +35,10 @@ void ArtworkSheet::addOutline(const QString &name,
         polygon << polygon.first(); // closed
         return polygon;
     };
-    Face face{
-        name, QRectF(x, y, bounds.xMax - bounds.xMin, bounds.zMax - bounds.zMin), {loop(outline)}};
+    Face face;
+    face.name = name;
+    face.region = QRectF(x, y, bounds.xMax - bounds.xMin, bounds.zMax - bounds.zMin);
+    face.outline.push_back(loop(outline));
     for (const Outline &hole : holes)
         face.outline.push_back(loop(hole));
     m_faces.push_back(face);

@@ -80,6 +80,7 @@ MeshPtr BookGenerator::build() const
     // The spine's cross-section is half an ellipse in the xy-plane. It is extruded along y as a
     // prism and then turned so that the extrusion runs up z: the turn takes y to z and z to -y,
     // so the section is drawn with z = -y.
+    builder.setSides(SheetSides::all(plain)); // the spine's print is projected onto it below
     builder.beginPart();
     const MeshBuilder::Mark spineStart = builder.mark();
     MeshBuilder::Outline section;

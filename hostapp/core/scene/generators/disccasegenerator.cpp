@@ -92,7 +92,7 @@ ArtworkSheet DiscCaseGenerator::artworkSheet() const
     sheet.addOutline(QStringLiteral("front"), w + t, 0.f, front);
     sheet.addOutline(QStringLiteral("booklet"), 0.f, h, front, true);
     sheet.addOutline(QStringLiteral("tray"), w + t, h, front);
-    sheet.addPlain(w, h);
+    sheet.addPlain(2 * w + t, 0.f);
     return sheet;
 }
 
