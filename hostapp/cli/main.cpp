@@ -139,31 +139,31 @@ int usageError(QTextStream &err, const QString &message)
 
 CommandLine::CommandLine()
 {
-    m_parser.setApplicationDescription(QStringLiteral(
-        "The stand-in host of the vantrel tools plug-in.\n\n"
-        "Commands:\n"
-        "  (none)       Open the desktop window on an empty scene.\n"
-        "  open [SCENE] Open the desktop window on the scene file: the live 3D\n"
-        "               view, the scene tree, the Tools menu and tool bar, Undo\n"
-        "               and Redo, and the File menu. Needs a display.\n"
-        "  run [SCENE]  Open the scene file (or an empty scene), load the tools,\n"
-        "               run the scripts in the order given, each as one undo\n"
-        "               step, and save when asked.\n"
-        "  render [SCENE]\n"
-        "               Like run, then draw the scene as its camera sees it and\n"
-        "               write the picture to the --out file (.png, .jpg or .jpeg).\n"
-        "               Needs OpenGL 3.3; without a display run it under\n"
-        "               xvfb-run.\n"
-        "  demo         Load the tools plug-in, list its tools, build a sample\n"
-        "               packaging scene and run the tools on it, printing what\n"
-        "               each step does (with --pictures, a picture of each step).\n"
-        "  dieline GENERATOR [--params JSON] --out FILE.svg\n"
-        "               Write the shape's artwork sheet as an SVG dieline: each\n"
-        "               face's outline at real size, in centimetres. Without\n"
-        "               GENERATOR, list the generators (vantrel dieline --help).\n\n"
-        "Exit status: 0 on success, 1 for a script error, a file that cannot be\n"
-        "read or written, no OpenGL, no display for the window or a tools plug-in\n"
-        "that cannot be loaded, 2 for bad usage."));
+    m_parser.setApplicationDescription(
+        QStringLiteral("The stand-in host of the vantrel tools plug-in.\n\n"
+                       "Commands:\n"
+                       "  (none)       Open the desktop window on an empty scene.\n"
+                       "  open [SCENE] Open the desktop window on the scene file: the live 3D\n"
+                       "               view, the scene tree, the Tools menu and tool bar, Undo\n"
+                       "               and Redo, and the File menu. Needs a display.\n"
+                       "  run [SCENE]  Open the scene file (or an empty scene), load the tools,\n"
+                       "               run the scripts in the order given, each as one undo\n"
+                       "               step, and save when asked.\n"
+                       "  render [SCENE]\n"
+                       "               Like run, then draw the scene as its camera sees it and\n"
+                       "               write the picture to the --out file (.png, .jpg or .jpeg).\n"
+                       "               Needs OpenGL 3.3; without a display run it under\n"
+                       "               xvfb-run.\n"
+                       "  demo         Load the tools plug-in, list its tools, build a sample\n"
+                       "               packaging scene and run the tools on it, printing what\n"
+                       "               each step does (with --pictures, a picture of each step).\n"
+                       "  dieline GENERATOR [--params JSON] --out FILE.svg\n"
+                       "               Write the shape's artwork sheet as an SVG dieline: each\n"
+                       "               face's outline at real size, in centimetres. Without\n"
+                       "               GENERATOR, list the generators (vantrel dieline --help).\n\n"
+                       "Exit status: 0 on success, 1 for a script error, a file that cannot be\n"
+                       "read or written, no OpenGL, no display for the window or a tools plug-in\n"
+                       "that cannot be loaded, 2 for bad usage."));
     m_parser.addHelpOption();
     m_parser.addVersionOption();
     m_parser.addOptions({m_scriptOption,

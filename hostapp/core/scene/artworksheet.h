@@ -22,7 +22,7 @@ struct OutlinePoint; // outline.h, kept out of this header, which every generato
 // the print on the rendered shape cannot disagree.
 //
 // Regions never overlap. Surfaces with no print of their own (the inside of a cover, the thin
-// edges of a board) share the small region named "plain".
+// edges of a board) share the small region named "plain", and all take the colour at its middle.
 class VANTREL_HOST_EXPORT ArtworkSheet
 {
 public:

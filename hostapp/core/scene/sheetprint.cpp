@@ -26,6 +26,11 @@ QRectF SheetPrint::region(const QString &face) const
 
 void SheetPrint::map(float &u, float &v) const
 {
+    if (m_plain) {
+        u = float(m_region.center().x());
+        v = float(m_region.center().y());
+        return;
+    }
     // Planar mappings divide by the extent and can land a rounding step outside 0..1.
     u = float(m_region.x() + qBound(0.f, u, 1.f) * m_region.width());
     v = float(m_region.y() + qBound(0.f, v, 1.f) * m_region.height());
@@ -68,7 +73,7 @@ void projectOntoRegion(std::vector<VertexRecord> &vertices,
         const Vector3 normal = NormaliseVector(CrossProduct(SubtractVectors(corner[1], corner[0]),
                                                             SubtractVectors(corner[2], corner[0])),
                                                Vector3(0, 0, 0));
-        if (!inside || DotProduct(normal, outward) <= 0.01f)
+        if (!inside || DotProduct(normal, outward) <= 0.2f)
             continue;
         for (int k = 0; k < 3; ++k) {
             VertexRecord &v = vertices[indices[i + std::size_t(k)]];

@@ -42,7 +42,14 @@ public:
     const SheetSides &sides() const { return m_sides; }
 
     // Faces emitted from now on print from the named face.
-    void use(const QString &face) { m_region = region(face); }
+    // Surfaces printing from "plain" all take the colour at its middle: they have no print of
+    // their own to orient, and stretching them over the small square would only leave texture
+    // directions below the floats' resolution on large shapes.
+    void use(const QString &face)
+    {
+        m_region = region(face);
+        m_plain = face == QLatin1String("plain");
+    }
     // The region of the named face, as a fraction of the sheet (the whole sheet for an empty
     // name, or when there is no sheet).
     QRectF region(const QString &face) const;
@@ -53,6 +60,7 @@ private:
     ArtworkSheet m_sheet;
     SheetSides m_sides;
     QRectF m_region{0., 0., 1., 1.};
+    bool m_plain = false;
 };
 
 // MeshBuilder::projectSince for one part: gives the triangles from vertex first on that lie
