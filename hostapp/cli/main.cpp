@@ -4,6 +4,7 @@
 // by the host library, so that tests and benchmarks run exactly what users run.
 
 #include "hostapp/core/commands/demo.h"
+#include "hostapp/core/commands/dielinecommand.h"
 #include "hostapp/core/commands/runcommand.h"
 #include "hostapp/core/plugins/pluginloader.h"
 #include "hostapp/desktop/desktopcommand.h"
@@ -139,32 +140,36 @@ int usageError(QTextStream &err, const QString &message)
 
 CommandLine::CommandLine()
 {
-    m_parser.setApplicationDescription(QStringLiteral(
-        "The stand-in host of the vantrel tools plug-in.\n\n"
-        "Commands:\n"
-        "  (none)       Open the desktop window on an empty scene.\n"
-        "  open [SCENE] Open the desktop window on the scene file: the live 3D\n"
-        "               view, the scene tree, the Tools menu and tool bar, Undo\n"
-        "               and Redo, and the File menu. Needs a display.\n"
-        "  run [SCENE]  Open the scene file (or an empty scene), load the tools,\n"
-        "               run the scripts in the order given, each as one undo\n"
-        "               step, and save when asked.\n"
-        "  render [SCENE]\n"
-        "               Like run, then draw the scene as its camera sees it and\n"
-        "               write the picture to the --out file (.png, .jpg or .jpeg).\n"
-        "               Needs OpenGL 3.3; without a display run it under\n"
-        "               xvfb-run.\n"
-        "  export [SCENE]\n"
-        "               Like run, then write the scene as glTF 2.0 to the --out\n"
-        "               file: .glb (binary, textures inside) or .gltf (text, all\n"
-        "               in one file). Shapes, groups and names, artwork, lights\n"
-        "               and the camera; Y up, metres (see docs/export.md).\n"
-        "  demo         Load the tools plug-in, list its tools, build a sample\n"
-        "               packaging scene and run the tools on it, printing what\n"
-        "               each step does (with --pictures, a picture of each step).\n\n"
-        "Exit status: 0 on success, 1 for a script error, a file that cannot be\n"
-        "read or written, no OpenGL, no display for the window or a tools plug-in\n"
-        "that cannot be loaded, 2 for bad usage."));
+    m_parser.setApplicationDescription(
+        QStringLiteral("The stand-in host of the vantrel tools plug-in.\n\n"
+                       "Commands:\n"
+                       "  (none)       Open the desktop window on an empty scene.\n"
+                       "  open [SCENE] Open the desktop window on the scene file: the live 3D\n"
+                       "               view, the scene tree, the Tools menu and tool bar, Undo\n"
+                       "               and Redo, and the File menu. Needs a display.\n"
+                       "  run [SCENE]  Open the scene file (or an empty scene), load the tools,\n"
+                       "               run the scripts in the order given, each as one undo\n"
+                       "               step, and save when asked.\n"
+                       "  render [SCENE]\n"
+                       "               Like run, then draw the scene as its camera sees it and\n"
+                       "               write the picture to the --out file (.png, .jpg or .jpeg).\n"
+                       "               Needs OpenGL 3.3; without a display run it under\n"
+                       "               xvfb-run.\n"
+                       "  export [SCENE]\n"
+                       "               Like run, then write the scene as glTF 2.0 to the --out\n"
+                       "               file: .glb (binary, textures inside) or .gltf (text, all\n"
+                       "               in one file). Shapes, groups and names, artwork, lights\n"
+                       "               and the camera; Y up, metres (see docs/export.md).\n"
+                       "  demo         Load the tools plug-in, list its tools, build a sample\n"
+                       "               packaging scene and run the tools on it, printing what\n"
+                       "               each step does (with --pictures, a picture of each step).\n"
+                       "  dieline GENERATOR [--params JSON] --out FILE.svg\n"
+                       "               Write the shape's artwork sheet as an SVG dieline: each\n"
+                       "               face's outline at real size, in centimetres. Without\n"
+                       "               GENERATOR, list the generators (vantrel dieline --help).\n\n"
+                       "Exit status: 0 on success, 1 for a script error, a file that cannot be\n"
+                       "read or written, no OpenGL, no display for the window or a tools plug-in\n"
+                       "that cannot be loaded, 2 for bad usage."));
     m_parser.addHelpOption();
     m_parser.addVersionOption();
     m_parser.addOptions({m_scriptOption,
@@ -330,6 +335,9 @@ int runCommand()
 {
     QTextStream out(stdout);
     QTextStream err(stderr);
+    // dieline has options of its own (--params) and parses them itself.
+    if (QApplication::arguments().value(1) == QStringLiteral("dieline"))
+        return vantrel::host::dielineCommand(QApplication::arguments().mid(1), out, err);
     CommandLine commandLine;
     if (const int status = commandLine.parse(out, err); status >= 0)
         return status;

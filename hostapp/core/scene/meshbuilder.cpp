@@ -52,9 +52,9 @@ quint32 MeshBuilder::addVertex(const Vector3 &position, const Vector3 &normal, f
     VertexRecord record = {};
     setVertexVector(record.position, position);
     setVertexVector(record.normal, normal);
-    // Planar mappings divide by the extent and can land a rounding step outside 0..1.
-    record.texCoord[0] = qBound(0.f, u, 1.f);
-    record.texCoord[1] = qBound(0.f, v, 1.f);
+    m_print.map(u, v);
+    record.texCoord[0] = u;
+    record.texCoord[1] = v;
     part.vertices.push_back(record);
     return quint32(part.vertices.size() - 1);
 }
@@ -82,6 +82,7 @@ void MeshBuilder::addTriangle(const Vector3 &a, const Vector3 &b, const Vector3 
 {
     const Vector3 normal
         = normalized(CrossProduct(SubtractVectors(b, a), SubtractVectors(c, a)), Vector3(0, 0, 1));
+    m_print.use(m_print.sides().front);
     const quint32 ia = addVertex(a, normal, 0.f, 1.f);
     const quint32 ib = addVertex(b, normal, 1.f, 1.f);
     const quint32 ic = addVertex(c, normal, 0.5f, 0.f);
@@ -92,6 +93,15 @@ void MeshBuilder::addQuad(const Vector3 &p0,
                           const Vector3 &p1,
                           const Vector3 &p2,
                           const Vector3 &p3)
+{
+    m_print.use(m_print.sides().front);
+    emitQuad(p0, p1, p2, p3);
+}
+
+void MeshBuilder::emitQuad(const Vector3 &p0,
+                           const Vector3 &p1,
+                           const Vector3 &p2,
+                           const Vector3 &p3)
 {
     // The cross product of the diagonals is the quad's normal even when one edge is very short.
     const Vector3 normal = normalized(
@@ -113,10 +123,15 @@ void MeshBuilder::addBox(const Vector3 &min, const Vector3 &max, bool partPerFac
         {{x0, y0, z1}, {x1, y0, z1}, {x1, y1, z1}, {x0, y1, z1}}, // top
         {{x0, y1, z0}, {x1, y1, z0}, {x1, y0, z0}, {x0, y0, z0}}, // bottom
     };
-    for (const auto &face : faces) {
+    const SheetSides &sides = m_print.sides();
+    const QString *prints[6]
+        = {&sides.front, &sides.back, &sides.left, &sides.right, &sides.top, &sides.bottom};
+    for (int i = 0; i < 6; ++i) {
         if (partPerFace)
             beginPart();
-        addQuad(face[0], face[1], face[2], face[3]);
+        m_print.use(*prints[i]);
+        const auto &face = faces[i];
+        emitQuad(face[0], face[1], face[2], face[3]);
     }
 }
 
@@ -134,6 +149,7 @@ void MeshBuilder::addWall(const Outline &loop, float yMin, float yMax)
         distance[i + 1] = distance[i] + std::sqrt(dx * dx + dz * dz);
     }
     const float perimeter = distance[n];
+    m_print.use(m_print.sides().wall);
     const auto joined = [&edgeNormals](std::size_t edge, std::size_t neighbour) {
         const Vector3 &own = edgeNormals[edge];
         const Vector3 &other = edgeNormals[neighbour];
@@ -161,6 +177,7 @@ void MeshBuilder::addCap(const Outline &outer, const Outline &inner, float y, bo
     const float width = std::max(box.xMax - box.xMin, 1e-20f);
     const float height = std::max(box.zMax - box.zMin, 1e-20f);
     const Vector3 normal = facesBack ? Vector3(0, 1, 0) : Vector3(0, -1, 0);
+    m_print.use(facesBack ? m_print.sides().back : m_print.sides().front);
     const auto vertex = [&](const OutlinePoint &p) {
         const float u = facesBack ? (box.xMax - p.x) / width : (p.x - box.xMin) / width;
         return addVertex(Vector3(p.x, y, p.z), normal, u, (box.zMax - p.z) / height);
@@ -283,17 +300,20 @@ void MeshBuilder::addCurvedSheet(float width, float height, float thickness, flo
         const Vector3 &n0 = normal[i], &n1 = normal[j];
         const Vector3 b0 = ScaleVector(n0, -1.f), b1 = ScaleVector(n1, -1.f);
         const float frontUv[4][2] = {{u0, 1.f}, {u1, 1.f}, {u1, 0.f}, {u0, 0.f}};
+        m_print.use(m_print.sides().front);
         addQuadVertices(
             {at(front[i], 0.f), at(front[j], 0.f), at(front[j], height), at(front[i], height)},
             {n0, n1, n1, n0},
             frontUv);
         const float backUv[4][2]
             = {{1.f - u1, 1.f}, {1.f - u0, 1.f}, {1.f - u0, 0.f}, {1.f - u1, 0.f}};
+        m_print.use(m_print.sides().back);
         addQuadVertices(
             {at(back[j], 0.f), at(back[i], 0.f), at(back[i], height), at(back[j], height)},
             {b1, b0, b0, b1},
             backUv);
         const float edgeUv[4][2] = {{u0, 1.f}, {u1, 1.f}, {u1, 0.f}, {u0, 0.f}};
+        m_print.use(m_print.sides().wall);
         addQuadVertices(
             {at(front[i], height), at(front[j], height), at(back[j], height), at(back[i], height)},
             {up, up, up, up},
@@ -303,8 +323,9 @@ void MeshBuilder::addCurvedSheet(float width, float height, float thickness, flo
                         edgeUv);
     }
     const std::size_t last = std::size_t(segments);
-    addQuad(at(back[0], 0.f), at(front[0], 0.f), at(front[0], height), at(back[0], height));
-    addQuad(
+    m_print.use(m_print.sides().wall);
+    emitQuad(at(back[0], 0.f), at(front[0], 0.f), at(front[0], height), at(back[0], height));
+    emitQuad(
         at(front[last], 0.f), at(back[last], 0.f), at(back[last], height), at(front[last], height));
 }
 
@@ -321,6 +342,21 @@ void MeshBuilder::transformSince(const Mark &mark, const Matrix &matrix)
             setVertexVector(v.position, position);
             setVertexVector(v.normal, normalized(normal, Vector3(0, 0, 1)));
         }
+    }
+}
+
+void MeshBuilder::projectSince(const Mark &mark,
+                               const QString &face,
+                               const Vector3 &origin,
+                               const Vector3 &uAxis,
+                               const Vector3 &vAxis,
+                               float depth)
+{
+    const QRectF region = m_print.region(face);
+    for (std::size_t p = mark.part; p < m_parts.size(); ++p) {
+        Part &part = m_parts[p];
+        const std::size_t first = p == mark.part ? mark.vertex : 0;
+        projectOntoRegion(part.vertices, part.indices, first, region, origin, uAxis, vAxis, depth);
     }
 }
 

@@ -6,6 +6,7 @@
 #include "host/types.h"
 #include "hostapp/core/scene/mesh.h"
 #include "hostapp/core/scene/outline.h"
+#include "hostapp/core/scene/sheetprint.h"
 
 #include <QtGlobal>
 
@@ -20,6 +21,8 @@ namespace vantrel::host {
 // operation emits closed, outward-facing pieces: triangles run counter-clockwise seen from
 // outside, each vertex carries its outward unit normal, and texture coordinates lie in 0..1,
 // u running left to right and v from the top (0) to the bottom (1) of a face seen from outside.
+// With an artwork sheet set, each face's coordinates are placed in the region of the sheet face
+// it prints from (setSides), so the coordinates run 0..1 over the whole sheet.
 // Tangents, bitangents and their handedness are derived from the texture coordinates in build(),
 // so geometry moved by transformSince() gets tangents that match its final place.
 //
@@ -40,6 +43,24 @@ public:
         std::size_t vertex = 0;
     };
 
+    // The sheet the shape's artwork is laid out on, and which of its faces each side of the
+    // solids added from now on prints from.
+    void setSheet(const ArtworkSheet &sheet) { m_print.setSheet(sheet); }
+    void setSides(const SheetSides &sides) { m_print.setSides(sides); }
+
+    // Prints the triangles added since the mark that lie in the plane through origin spanned by
+    // uAxis and vAxis (centimetres, local space), or at most depth behind it, and face out of
+    // it, from the named face by planar projection: origin lands on the region's top-left
+    // corner, origin + uAxis on its top-right and origin + vAxis on its bottom-left. For a face
+    // made of several pieces or curved (a rounded spine, the side of a stretcher frame) that
+    // takes one print.
+    void projectSince(const Mark &mark,
+                      const QString &face,
+                      const Vector3 &origin,
+                      const Vector3 &uAxis,
+                      const Vector3 &vAxis,
+                      float depth = 0.f);
+
     // Geometry added from now on goes to a new part (a separately textured piece of the mesh).
     // Does nothing while the current part is still empty, so no empty parts are produced.
     void beginPart();
@@ -48,7 +69,8 @@ public:
     Mark mark() const;
 
     // Flat-shaded faces; the corners run counter-clockwise seen from outside. A quad is
-    // p0 bottom-left, p1 bottom-right, p2 top-right, p3 top-left and must be planar.
+    // p0 bottom-left, p1 bottom-right, p2 top-right, p3 top-left and must be planar. They print
+    // from the front side's face.
     void addTriangle(const Vector3 &a, const Vector3 &b, const Vector3 &c);
     void addQuad(const Vector3 &p0, const Vector3 &p1, const Vector3 &p2, const Vector3 &p3);
 
@@ -108,12 +130,15 @@ private:
     void addQuadVertices(const Vector3 (&positions)[4],
                          const Vector3 (&normals)[4],
                          const float (&texCoords)[4][2]);
+    // addQuad printing from the face in use.
+    void emitQuad(const Vector3 &p0, const Vector3 &p1, const Vector3 &p2, const Vector3 &p3);
     void addWall(const Outline &loop, float yMin, float yMax);
     // The face of a prism at y: a fan over outer, or the ring between outer and inner when
     // inner (paired point by point with outer) is not empty.
     void addCap(const Outline &outer, const Outline &inner, float y, bool facesBack);
 
     std::vector<Part> m_parts;
+    SheetPrint m_print;
 };
 
 } // namespace vantrel::host

@@ -102,6 +102,17 @@ OutlineBounds outlineBounds(const Outline &outline)
     return b;
 }
 
+float outlinePerimeter(const Outline &loop)
+{
+    float length = 0.f;
+    for (std::size_t i = 0; i < loop.size(); ++i) {
+        const OutlinePoint &a = loop[i];
+        const OutlinePoint &b = loop[(i + 1) % loop.size()];
+        length += std::sqrt((b.x - a.x) * (b.x - a.x) + (b.z - a.z) * (b.z - a.z));
+    }
+    return length;
+}
+
 Outline cleanOutline(const Outline &outline)
 {
     if (outline.size() < 3)

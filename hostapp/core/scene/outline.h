@@ -49,6 +49,9 @@ OutlineBounds outlineBounds(const Outline &outline);
 // left.
 Outline cleanOutline(const Outline &outline);
 
+// The length of a closed loop, centimetres.
+float outlinePerimeter(const Outline &loop);
+
 // The mean of the outline's points.
 OutlinePoint outlineCentroid(const Outline &loop);
 

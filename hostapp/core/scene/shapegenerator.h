@@ -4,6 +4,7 @@
 
 #include "host/hostexport.h"
 #include "host/iserializable.h"
+#include "hostapp/core/scene/artworksheet.h"
 #include "hostapp/core/scene/mesh.h"
 
 #include <QByteArray>
@@ -43,6 +44,10 @@ public:
 
     // The shape's mesh, built from the current parameters. Call on the GUI thread.
     MeshPtr mesh() const;
+
+    // Where the shape's artwork lands for the current parameters; the mesh's texture coordinates
+    // are made from it. Empty for shapes whose coordinates come from elsewhere (a model file).
+    virtual ArtworkSheet artworkSheet() const { return {}; }
 
     // The parameter names, in declaration order, and their current values.
     QStringList parameterNames() const;

@@ -45,7 +45,8 @@ void computeTangentFrames(std::vector<VertexRecord> &vertices, const std::vector
         tangent = unitVertexVector(tangent,
                                    unitVertexVector(CrossProduct(axis, normal), Vector3(1, 0, 0)));
         const Vector3 side = CrossProduct(normal, tangent);
-        const float handedness = DotProduct(side, bitangents[i]) < 0.f ? -1.f : 1.f;
+        // Faces are printed as seen from outside, a left-handed frame; so is a vertex without one.
+        const float handedness = DotProduct(side, bitangents[i]) > 0.f ? 1.f : -1.f;
         setVertexVector(v.tangent, tangent);
         v.tangent[3] = handedness;
         setVertexVector(v.bitangent, ScaleVector(side, handedness));

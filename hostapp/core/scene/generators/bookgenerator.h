@@ -25,6 +25,8 @@ public:
     // Any other identifier gets the hard cover's proportions.
     explicit BookGenerator(const char *typeId);
 
+    ArtworkSheet artworkSheet() const override;
+
 protected:
     MeshPtr build() const override;
     std::unique_ptr<ShapeGenerator> create() const override;

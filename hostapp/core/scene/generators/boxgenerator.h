@@ -18,6 +18,8 @@ public:
 
     explicit BoxGenerator(const char *typeId);
 
+    ArtworkSheet artworkSheet() const override;
+
 protected:
     MeshPtr build() const override;
     std::unique_ptr<ShapeGenerator> create() const override;

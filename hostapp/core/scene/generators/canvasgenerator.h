@@ -19,6 +19,8 @@ public:
 
     explicit CanvasGenerator(const char *typeId);
 
+    ArtworkSheet artworkSheet() const override;
+
 protected:
     MeshPtr build() const override;
     std::unique_ptr<ShapeGenerator> create() const override;

@@ -61,31 +61,70 @@ void DeviceGenerator::setCornerRadius(float cornerRadius)
     setValue("cornerRadius", QVariant(qBound(0.f, cornerRadius, MaximumLength)));
 }
 
-MeshPtr DeviceGenerator::build() const
+float DeviceGenerator::clampedRadius() const
+{
+    return std::min(cornerRadius(), 0.5f * std::min(width(), height()));
+}
+
+MeshBuilder::Outline DeviceGenerator::screenOutline() const
 {
     const DeviceStyle &style = styleFor(s_styles, GetTypeId());
-    const float w = width(), h = height(), t = depth();
-    const float r = std::min(cornerRadius(), 0.5f * std::min(w, h));
+    const float w = width(), h = height();
+    float screenHalfWidth = 0.5f * w * style.screenWidth / style.defaults.width;
+    float screenHalfHeight = 0.5f * h * style.screenHeight / style.defaults.height;
+    const float k = screenScale(screenHalfWidth, screenHalfHeight, w / 2, h / 2, clampedRadius());
+    screenHalfWidth *= k;
+    screenHalfHeight *= k;
+    return rectangleOutline(
+        -screenHalfWidth, h / 2 - screenHalfHeight, screenHalfWidth, h / 2 + screenHalfHeight);
+}
+
+MeshPtr DeviceGenerator::build() const
+{
+    const float t = depth();
+    const float r = clampedRadius();
     // The cover glass sits half a millimetre below the bezel (less on a wafer-thin slab).
     const float recess = std::min(0.05f, 0.1f * t);
 
-    float screenHalfWidth = 0.5f * w * style.screenWidth / style.defaults.width;
-    float screenHalfHeight = 0.5f * h * style.screenHeight / style.defaults.height;
-    const float k = screenScale(screenHalfWidth, screenHalfHeight, w / 2, h / 2, r);
-    screenHalfWidth *= k;
-    screenHalfHeight *= k;
-
     const MeshBuilder::Outline front = frontOutline(MeshBuilder::CornerRadii{r, r, r, r}, 8);
-    const MeshBuilder::Outline screen = rectangleOutline(
-        -screenHalfWidth, h / 2 - screenHalfHeight, screenHalfWidth, h / 2 + screenHalfHeight);
+    const MeshBuilder::Outline screen = screenOutline();
+    const OutlineBounds glass = outlineBounds(screen);
     MeshBuilder builder;
+    builder.setSheet(artworkSheet());
+    const QString plain = QStringLiteral("plain");
+    SheetSides sides = SheetSides::all(plain);
+    sides.front = QStringLiteral("front");
+    builder.setSides(sides);
     builder.beginPart(); // body: the bezel round the screen opening, then the rest of the slab
     builder.addPrismWithHole(front, screen, -t / 2, -t / 2 + recess);
+    sides = SheetSides::all(plain);
+    sides.back = QStringLiteral("back");
+    builder.setSides(sides);
     builder.addPrism(front, -t / 2 + recess, t / 2);
+    sides = SheetSides::all(plain);
+    sides.front = QStringLiteral("screen");
+    builder.setSides(sides);
     builder.beginPart(); // screen, filling half the opening's depth
-    builder.addBox(Vector3(-screenHalfWidth, -t / 2 + recess / 2, h / 2 - screenHalfHeight),
-                   Vector3(screenHalfWidth, -t / 2 + recess, h / 2 + screenHalfHeight));
+    builder.addBox(Vector3(glass.xMin, -t / 2 + recess / 2, glass.zMin),
+                   Vector3(glass.xMax, -t / 2 + recess, glass.zMax));
     return builder.build();
+}
+
+ArtworkSheet DeviceGenerator::artworkSheet() const
+{
+    // The body's front (the bezel, with the screen's opening cut out) and back, then the
+    // screen's picture on its own; the slab's rim is plain.
+    const float w = width(), r = clampedRadius();
+    const MeshBuilder::Outline front = frontOutline(MeshBuilder::CornerRadii{r, r, r, r}, 8);
+    const MeshBuilder::Outline screen = screenOutline();
+    const OutlineBounds glass = outlineBounds(screen);
+    ArtworkSheet sheet;
+    sheet.addOutline(QStringLiteral("front"), 0.f, 0.f, front, false, {screen});
+    sheet.addOutline(QStringLiteral("back"), w, 0.f, front, true);
+    sheet.addRectangle(
+        QStringLiteral("screen"), 2 * w, 0.f, glass.xMax - glass.xMin, glass.zMax - glass.zMin);
+    sheet.addPlain(2 * w, glass.zMax - glass.zMin);
+    return sheet;
 }
 
 std::unique_ptr<ShapeGenerator> DeviceGenerator::create() const

@@ -28,9 +28,17 @@ public:
     float cornerRadius() const { return value("cornerRadius").toFloat(); }
     void setCornerRadius(float cornerRadius);
 
+    ArtworkSheet artworkSheet() const override;
+
 protected:
     MeshPtr build() const override;
     std::unique_ptr<ShapeGenerator> create() const override;
+
+private:
+    // cornerRadius as the mesh uses it: at most half the shorter side.
+    float clampedRadius() const;
+    // The screen's opening on the front, in the xz-plane.
+    MeshBuilder::Outline screenOutline() const;
 };
 
 } // namespace vantrel::host

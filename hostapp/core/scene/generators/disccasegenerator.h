@@ -34,6 +34,8 @@ public:
     float coverAngle() const { return value("coverAngle").toFloat(); }
     void setCoverAngle(float coverAngle);
 
+    ArtworkSheet artworkSheet() const override;
+
 protected:
     MeshPtr build() const override;
     std::unique_ptr<ShapeGenerator> create() const override;

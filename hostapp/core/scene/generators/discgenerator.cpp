@@ -37,11 +37,33 @@ MeshPtr DiscGenerator::build() const
 {
     const float radius = diameter() / 2, t = thickness();
     const float holeRadius = std::min(holeDiameter() / 2, 0.9f * radius);
-    // 96 sides: the polygon's area is within 0.1 % of the circle's and its outline within
-    // 0.05 % of the radius, finer than a pixel at any sensible zoom.
     MeshBuilder builder;
-    builder.addCylinder(0.f, radius, radius, holeRadius, -t / 2, t / 2, 96);
+    builder.setSheet(artworkSheet());
+    SheetSides sides = SheetSides::all(QStringLiteral("plain"));
+    sides.front = QStringLiteral("label");
+    builder.setSides(sides);
+    builder.addCylinder(0.f, radius, radius, holeRadius, -t / 2, t / 2, s_segments);
     return builder.build();
+}
+
+ArtworkSheet DiscGenerator::artworkSheet() const
+{
+    // The label is the printed side, cut round with the centre hole; the data side and the rim
+    // are plain. The outlines are the mesh's own polygons.
+    const float radius = diameter() / 2;
+    const float holeRadius = std::min(holeDiameter() / 2, 0.9f * radius);
+    QVector<Outline> holes;
+    if (holeRadius > DuplicateFraction * radius)
+        holes.push_back(circleOutline(0.f, radius, holeRadius, s_segments));
+    ArtworkSheet sheet;
+    sheet.addOutline(QStringLiteral("label"),
+                     0.f,
+                     0.f,
+                     circleOutline(0.f, radius, radius, s_segments),
+                     false,
+                     holes);
+    sheet.addPlain(2 * radius, 0.f);
+    return sheet;
 }
 
 std::unique_ptr<ShapeGenerator> DiscGenerator::create() const

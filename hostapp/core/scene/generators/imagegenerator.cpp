@@ -21,8 +21,24 @@ void ImageGenerator::setBend(float bend)
 MeshPtr ImageGenerator::build() const
 {
     MeshBuilder builder;
+    builder.setSheet(artworkSheet());
+    SheetSides sides = SheetSides::all(QStringLiteral("plain"));
+    sides.front = QStringLiteral("picture");
+    sides.back = QStringLiteral("back");
+    builder.setSides(sides);
     builder.addCurvedSheet(width(), height(), depth(), bend());
     return builder.build();
+}
+
+ArtworkSheet ImageGenerator::artworkSheet() const
+{
+    // The picture and the print's back side at the flat size; bent, the print follows the arc.
+    const float w = width(), h = height();
+    ArtworkSheet sheet;
+    sheet.addRectangle(QStringLiteral("picture"), 0.f, 0.f, w, h);
+    sheet.addRectangle(QStringLiteral("back"), w, 0.f, w, h);
+    sheet.addPlain(2 * w, 0.f);
+    return sheet;
 }
 
 std::unique_ptr<ShapeGenerator> ImageGenerator::create() const

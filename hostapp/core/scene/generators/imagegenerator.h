@@ -26,6 +26,8 @@ public:
     float bend() const { return value("bend").toFloat(); }
     void setBend(float bend);
 
+    ArtworkSheet artworkSheet() const override;
+
 protected:
     MeshPtr build() const override;
     std::unique_ptr<ShapeGenerator> create() const override;

@@ -46,6 +46,11 @@ MeshPtr PaperbackGenerator::build() const
     const float cover = softCoverCard(w, t);
 
     MeshBuilder builder;
+    builder.setSheet(artworkSheet());
+    const QString plain = QStringLiteral("plain");
+    SheetSides sides = SheetSides::all(plain);
+    sides.front = QStringLiteral("front");
+    builder.setSides(sides);
     builder.beginPart(); // front cover
     const MeshBuilder::Mark frontStart = builder.mark();
     builder.addBox(Vector3(-w / 2, -t / 2, 0.f),
@@ -56,13 +61,45 @@ MeshPtr PaperbackGenerator::build() const
     if (angle != 0.f)
         builder.transformSince(frontStart, MeshBuilder::hingeRotation(-w / 2, -t / 2, angle));
 
+    sides = SheetSides::all(plain);
+    sides.back = QStringLiteral("back");
+    builder.setSides(sides);
     builder.beginPart(); // back cover
     builder.addBox(Vector3(-w / 2, t / 2 - cover, 0.f), Vector3(w / 2, t / 2, h));
+    sides = SheetSides::all(plain);
+    sides.left = QStringLiteral("spine");
+    builder.setSides(sides);
     builder.beginPart(); // spine
     builder.addBox(Vector3(-w / 2, -t / 2 + cover, 0.f), Vector3(-w / 2 + cover, t / 2 - cover, h));
+    sides = SheetSides::all(plain);
+    sides.right = QStringLiteral("fore edge");
+    sides.top = QStringLiteral("head");
+    sides.bottom = QStringLiteral("tail");
+    builder.setSides(sides);
     builder.beginPart(); // page block
     builder.addBox(Vector3(-w / 2 + cover, -t / 2 + cover, 0.f), Vector3(w / 2, t / 2 - cover, h));
     return builder.build();
+}
+
+ArtworkSheet PaperbackGenerator::artworkSheet() const
+{
+    // The cover as printed, back | spine | front, the fronts' lower edges in line (a stepback's
+    // front is shorter than the book), and the page block's edges below. The spine is the
+    // width between the cover cards; their own cut edges are plain.
+    const PaperbackStyle &style = styleFor(s_styles, GetTypeId());
+    const float w = width(), h = height(), t = depth();
+    const float cover = softCoverCard(w, t);
+    const float spine = t - 2 * cover, frontHeight = style.coverHeight * h;
+    ArtworkSheet sheet;
+    sheet.addRectangle(QStringLiteral("back"), 0.f, 0.f, w, h);
+    sheet.addRectangle(QStringLiteral("spine"), w, 0.f, spine, h);
+    sheet.addRectangle(QStringLiteral("front"), w + spine, h - frontHeight, w, frontHeight);
+    const float pageWidth = w - cover;
+    sheet.addRectangle(QStringLiteral("fore edge"), 0.f, h, spine, h);
+    sheet.addRectangle(QStringLiteral("head"), spine, h, pageWidth, spine);
+    sheet.addRectangle(QStringLiteral("tail"), spine + pageWidth, h, pageWidth, spine);
+    sheet.addPlain(spine + 2 * pageWidth, h);
+    return sheet;
 }
 
 std::unique_ptr<ShapeGenerator> PaperbackGenerator::create() const

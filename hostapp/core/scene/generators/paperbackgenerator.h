@@ -29,6 +29,8 @@ public:
     int type() const { return value("type").toInt(); }
     void setType(int type);
 
+    ArtworkSheet artworkSheet() const override;
+
 protected:
     MeshPtr build() const override;
     std::unique_ptr<ShapeGenerator> create() const override;

@@ -25,9 +25,16 @@ public:
     float cornerRadius() const { return value("cornerRadius").toFloat(); }
     void setCornerRadius(float cornerRadius);
 
+    ArtworkSheet artworkSheet() const override;
+
 protected:
     MeshPtr build() const override;
     std::unique_ptr<ShapeGenerator> create() const override;
+
+private:
+    static constexpr int s_segments = 8; // per rounded corner
+    MeshBuilder::CornerRadii cornerRadii() const;
+    MeshBuilder::Outline pageBlockOutline() const;
 };
 
 } // namespace vantrel::host

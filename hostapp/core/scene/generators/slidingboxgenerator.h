@@ -23,6 +23,8 @@ public:
     float slide() const { return value("slide").toFloat(); }
     void setSlide(float slide);
 
+    ArtworkSheet artworkSheet() const override;
+
 protected:
     MeshPtr build() const override;
     std::unique_ptr<ShapeGenerator> create() const override;

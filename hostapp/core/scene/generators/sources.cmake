@@ -4,13 +4,16 @@
 # The shape generators, the mesh builder they share and the registry that names them; paths are
 # relative to hostapp/core.
 set(VANTREL_GENERATOR_SOURCES
+    scene/artworksheet.cpp scene/artworksheet.h
     scene/generatorregistry.cpp scene/generatorregistry.h
     scene/meshbuilder.cpp scene/meshbuilder.h
     scene/meshcache.cpp scene/meshcache.h
     scene/outline.cpp scene/outline.h
+    scene/sheetprint.cpp scene/sheetprint.h
     scene/vertexframes.cpp scene/vertexframes.h
     scene/generators/bookgenerator.cpp scene/generators/bookgenerator.h
     scene/generators/boxgenerator.cpp scene/generators/boxgenerator.h
+    scene/generators/cartonsheet.h
     scene/generators/canvasgenerator.cpp scene/generators/canvasgenerator.h
     scene/generators/devicegenerator.cpp scene/generators/devicegenerator.h
     scene/generators/disccasegenerator.cpp scene/generators/disccasegenerator.h

@@ -24,6 +24,8 @@ public:
     float tagHeight() const { return value("tagHeight").toFloat(); }
     void setTagHeight(float tagHeight);
 
+    ArtworkSheet artworkSheet() const override;
+
 protected:
     MeshPtr build() const override;
     std::unique_ptr<ShapeGenerator> create() const override;
