@@ -57,7 +57,8 @@ validator_version=2.0.0-dev.3.10
 if [ "$(node -p "require('./build-tools/node/node_modules/gltf-validator/package.json').version" 2>/dev/null)" != "$validator_version" ]; then
     echo "== installing gltf-validator $validator_version"
     mkdir -p build-tools/node
-    npm install --silent --no-audit --no-fund --prefix build-tools/node "gltf-validator@$validator_version"
+    npm install --silent --no-audit --no-fund --prefix build-tools/node "gltf-validator@$validator_version" \
+        || echo "== WARNING: could not install gltf-validator from npm; the glTF validation tests will skip"
 fi
 
 jobs=$(nproc)
