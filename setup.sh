@@ -37,7 +37,10 @@ done
 packages=(build-essential binutils cmake ninja-build clang-format clang-tidy
           qtbase5-dev qtscript5-dev
           googletest libgtest-dev libbenchmark-dev fonts-dejavu-core libassimp-dev rapidjson-dev
-          libgl1-mesa-dri xvfb xauth nodejs npm)
+          libgl1-mesa-dri xvfb xauth)
+# Node.js and npm run the glTF validator. A machine with a Node.js of its own keeps it (NodeSource's
+# package carries npm and conflicts with Debian's npm package).
+command -v node >/dev/null && command -v npm >/dev/null || packages+=(nodejs npm)
 missing=()
 for package in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed" \
