@@ -2,46 +2,20 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/models/artworkfile.h"
 
+#include "hostapp/core/files/filecache.h"
 #include "hostapp/core/files/filechecks.h"
 
 #include <QAtomicInt>
 #include <QBuffer>
-#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
-#include <QHash>
 #include <QImageReader>
-#include <QMutex>
-#include <QMutexLocker>
-
-#include <iterator>
 
 namespace vantrel::host {
 
 namespace {
 
-// A file is read again only when one of these changes; the modification time alone misses a
-// rewrite within the file system's time resolution.
-struct FileStamp
-{
-    qint64 size = -1;
-    QDateTime modified;
-
-    bool operator==(const FileStamp &other) const
-    {
-        return size == other.size && modified == other.modified;
-    }
-};
-
-struct CacheEntry
-{
-    FileStamp stamp;
-    std::weak_ptr<const QImage> image; // weak: the cache never keeps an image alive on its own
-};
-
-// Images by canonical file path. Entries whose image is gone are dropped on the next load.
-QMutex s_cacheMutex;
-QHash<QString, CacheEntry> s_cache;
+FileCache<QImage> s_cache;
 QAtomicInt s_decodeCount;
 
 // The whole file, or an empty array with *problem set. Reading it at once lets the end of a
@@ -161,28 +135,8 @@ QImage decode(QByteArray bytes, QString *problem)
 
 ArtworkImagePtr ArtworkFile::load(const QString &path, QString *errorMessage)
 {
-    const QFileInfo info(path);
-    if (!info.isFile())
-        return read(path, errorMessage); // which names the problem
-    const QString key = info.canonicalFilePath();
-    const FileStamp stamp = {info.size(), info.lastModified()};
-    {
-        QMutexLocker locker(&s_cacheMutex);
-        const auto found = s_cache.constFind(key);
-        if (found != s_cache.constEnd() && found->stamp == stamp) {
-            if (ArtworkImagePtr image = found->image.lock())
-                return image;
-        }
-    }
-
-    ArtworkImagePtr image = read(path, errorMessage);
-    if (!image)
-        return nullptr;
-    QMutexLocker locker(&s_cacheMutex);
-    for (auto it = s_cache.begin(); it != s_cache.end();)
-        it = it->image.expired() ? s_cache.erase(it) : std::next(it);
-    s_cache.insert(key, {stamp, image});
-    return image;
+    return s_cache.load(
+        path, errorMessage, [](const QString &file, QString *error) { return read(file, error); });
 }
 
 ArtworkImagePtr ArtworkFile::read(const QString &path, QString *errorMessage)

@@ -2,44 +2,18 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/models/modelfile.h"
 
+#include "hostapp/core/files/filecache.h"
 #include "hostapp/core/files/filechecks.h"
 #include "hostapp/core/models/modelreaderprocess.h"
 
-#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
-#include <QHash>
-#include <QMutex>
-#include <QMutexLocker>
-
-#include <iterator>
 
 namespace vantrel::host {
 
 namespace {
 
-// A file is read again only when one of these changes; the modification time alone misses a
-// rewrite within the file system's time resolution.
-struct FileStamp
-{
-    qint64 size = -1;
-    QDateTime modified;
-
-    bool operator==(const FileStamp &other) const
-    {
-        return size == other.size && modified == other.modified;
-    }
-};
-
-struct CacheEntry
-{
-    FileStamp stamp;
-    std::weak_ptr<const Mesh> mesh; // weak: the cache never keeps a mesh alive on its own
-};
-
-// Meshes by canonical file path. Entries whose mesh is gone are dropped on the next load.
-QMutex s_cacheMutex;
-QHash<QString, CacheEntry> s_cache;
+FileCache<Mesh> s_cache;
 
 // Problems that need no importer, in the system's own terms (before the importer's less specific
 // "Unable to open file"); empty when the file is worth reading.
@@ -70,28 +44,9 @@ QString problemBeforeReading(const QString &path)
 
 MeshPtr ModelFile::load(const QString &path, QString *errorMessage)
 {
-    const QFileInfo info(path);
-    if (!info.isFile())
-        return read(path, Limits(), errorMessage); // which names the problem
-    const QString key = info.canonicalFilePath();
-    const FileStamp stamp = {info.size(), info.lastModified()};
-    {
-        QMutexLocker locker(&s_cacheMutex);
-        const auto found = s_cache.constFind(key);
-        if (found != s_cache.constEnd() && found->stamp == stamp) {
-            if (MeshPtr mesh = found->mesh.lock())
-                return mesh;
-        }
-    }
-
-    MeshPtr mesh = read(path, Limits(), errorMessage);
-    if (!mesh)
-        return nullptr;
-    QMutexLocker locker(&s_cacheMutex);
-    for (auto it = s_cache.begin(); it != s_cache.end();)
-        it = it->mesh.expired() ? s_cache.erase(it) : std::next(it);
-    s_cache.insert(key, {stamp, mesh});
-    return mesh;
+    return s_cache.load(path, errorMessage, [](const QString &file, QString *error) {
+        return read(file, Limits(), error);
+    });
 }
 
 MeshPtr ModelFile::read(const QString &path, const Limits &limits, QString *errorMessage)
