@@ -89,11 +89,12 @@ private:
     QCommandLineParser m_parser;
     const QCommandLineOption m_scriptOption{
         QStringLiteral("script"),
-        QStringLiteral("Run the script file (run; repeatable)."),
+        QStringLiteral("Run the script file (run, render, export; repeatable)."),
         QStringLiteral("file")};
-    const QCommandLineOption m_codeOption{QStringLiteral("e"),
-                                          QStringLiteral("Run the script code (run; repeatable)."),
-                                          QStringLiteral("code")};
+    const QCommandLineOption m_codeOption{
+        QStringLiteral("e"),
+        QStringLiteral("Run the script code (run, render, export; repeatable)."),
+        QStringLiteral("code")};
     const QCommandLineOption m_saveOption{QStringLiteral("save"),
                                           QStringLiteral("Save the scene to the file afterwards."),
                                           QStringLiteral("file")};
