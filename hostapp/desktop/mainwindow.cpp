@@ -14,11 +14,11 @@
 #include "hostapp/desktop/sceneview.h"
 
 #include <QAction>
+#include <QDockWidget>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMenu>
 #include <QSettings>
-#include <QSplitter>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
@@ -56,15 +56,19 @@ MainWindow::MainWindow(QString pluginPath, const QString &settingsPath, QWidget 
               ? std::make_unique<QSettings>(QStringLiteral("vantrel"), QStringLiteral("vantrel"))
               : std::make_unique<QSettings>(settingsPath, QSettings::IniFormat))
 {
-    m_tree = new SceneTreeView;
+    // The view fills the window; the scene tree and the properties of its selection are docks
+    // beside it, which the user may resize, stack or float, and which keep their place.
     m_view = new SceneView;
-    auto *splitter = new QSplitter(Qt::Horizontal);
-    splitter->addWidget(m_tree);
-    splitter->addWidget(m_view);
-    splitter->setStretchFactor(0, 0);
-    splitter->setStretchFactor(1, 1);
-    splitter->setSizes({260, 1000});
-    setCentralWidget(splitter);
+    setCentralWidget(m_view);
+    m_tree = new SceneTreeView;
+    m_sceneDock = new QDockWidget(QStringLiteral("Scene"), this);
+    m_sceneDock->setObjectName(QStringLiteral("sceneDock"));
+    m_sceneDock->setWidget(m_tree);
+    addDockWidget(Qt::LeftDockWidgetArea, m_sceneDock);
+    m_propertiesDock = new QDockWidget(QStringLiteral("Properties"), this);
+    m_propertiesDock->setObjectName(QStringLiteral("propertiesDock"));
+    addDockWidget(Qt::LeftDockWidgetArea, m_propertiesDock);
+    resizeDocks({m_sceneDock}, {280}, Qt::Horizontal);
 
     m_toolBar = addToolBar(QStringLiteral("Tools"));
     m_toolBar->setObjectName(QStringLiteral("tools"));
@@ -78,6 +82,7 @@ MainWindow::MainWindow(QString pluginPath, const QString &settingsPath, QWidget 
     });
     buildMenus();
     resize(1280, 800);
+    restoreLayout();
     // The view has the keyboard when the window opens, so the tools' single-key shortcuts work
     // at once.
     m_view->setFocus();

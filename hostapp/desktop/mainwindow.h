@@ -12,6 +12,7 @@
 
 class ITool;
 class QAction;
+class QDockWidget;
 class QLabel;
 class QMenu;
 class QSettings;
@@ -65,6 +66,8 @@ public:
     QMenu *toolsMenu() const { return m_toolsMenu; }
     QMenu *recentMenu() const { return m_recentMenu; }
     QToolBar *toolBar() const { return m_toolBar; }
+    QDockWidget *sceneDock() const { return m_sceneDock; }
+    QDockWidget *propertiesDock() const { return m_propertiesDock; }
     QAction *undoAction() const { return m_undoAction; }
     QAction *redoAction() const { return m_redoAction; }
 
@@ -77,6 +80,9 @@ protected:
 
 private:
     void buildMenus();
+    // The window's size and the docks' places and sizes, as the user left them in the last run.
+    void restoreLayout();
+    void saveLayout();
     // Makes the document the open one with a new session: the tools attach to it and the view,
     // the tree, the menus and the title follow it. False when the tools cannot be loaded.
     bool adopt(std::unique_ptr<Document> document, const QString &path, QString *errorMessage);
@@ -107,6 +113,8 @@ private:
 
     SceneView *m_view = nullptr;
     SceneTreeView *m_tree = nullptr;
+    QDockWidget *m_sceneDock = nullptr;
+    QDockWidget *m_propertiesDock = nullptr;
     QToolBar *m_toolBar = nullptr;
     QMenu *m_toolsMenu = nullptr;
     QMenu *m_recentMenu = nullptr;

@@ -29,6 +29,10 @@ namespace vantrel::host {
 namespace {
 
 const QString RecentFilesKey = QStringLiteral("recentFiles");
+const QString GeometryKey = QStringLiteral("window/geometry");
+const QString LayoutKey = QStringLiteral("window/layout");
+// Bumped when the docks change, so that a layout saved by an older version is not applied.
+constexpr int LayoutVersion = 1;
 constexpr int MaximumRecentFiles = 8;
 const QString SceneFilter = QStringLiteral("Vantrel scenes (*.vscene *.json);;All files (*)");
 const QString BinaryGltfFilter = QStringLiteral("glTF binary, textures inside (*.glb)");
@@ -280,12 +284,27 @@ void MainWindow::showFileError(const QString &title, const QString &message)
     QMessageBox::warning(this, title, message);
 }
 
+void MainWindow::restoreLayout()
+{
+    // A layout that cannot be applied (damaged, or from another version) leaves the defaults.
+    restoreGeometry(m_settings->value(GeometryKey).toByteArray());
+    restoreState(m_settings->value(LayoutKey).toByteArray(), LayoutVersion);
+}
+
+void MainWindow::saveLayout()
+{
+    m_settings->setValue(GeometryKey, saveGeometry());
+    m_settings->setValue(LayoutKey, saveState(LayoutVersion));
+}
+
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    if (maybeSave())
+    if (maybeSave()) {
+        saveLayout();
         event->accept();
-    else
+    } else {
         event->ignore();
+    }
 }
 
 } // namespace vantrel::host
