@@ -37,7 +37,7 @@ done
 packages=(build-essential binutils cmake ninja-build clang-format clang-tidy
           qtbase5-dev qtscript5-dev
           googletest libgtest-dev libbenchmark-dev fonts-dejavu-core libassimp-dev rapidjson-dev
-          libgl1-mesa-dri xvfb xauth)
+          libgl1-mesa-dri xvfb xauth openbox x11-utils)
 # Node.js and npm run the glTF validator. A machine with a Node.js of its own keeps it (NodeSource's
 # package carries npm and conflicts with Debian's npm package).
 command -v node >/dev/null && command -v npm >/dev/null || packages+=(nodejs npm)
@@ -106,9 +106,9 @@ case $command in
         # The desktop window's tests drive a real X server with pointer drags, focus changes and
         # screen grabs, and on a loaded machine one of them can miss its deadline. They run after
         # the rest, one at a time, and a test that fails gets one more try: a real fault fails
-        # both times.
-        "${display[@]}" ctest --test-dir "$build" --output-on-failure -L desktop \
-            --repeat until-pass:2
+        # both times. A window manager gives their windows title bars, as on a desktop.
+        "${display[@]}" tests/desktop/with-window-manager.sh \
+            ctest --test-dir "$build" --output-on-failure -L desktop --repeat until-pass:2
         ;;
     bench)
         configure_and_build

@@ -61,6 +61,7 @@ MainWindow::MainWindow(QString pluginPath, const QString &settingsPath, QWidget 
     m_view = new SceneView;
     setCentralWidget(m_view);
     m_tree = new SceneTreeView;
+    m_tree->setHeaderHidden(true); // the dock's title names it
     m_sceneDock = new QDockWidget(QStringLiteral("Scene"), this);
     m_sceneDock->setObjectName(QStringLiteral("sceneDock"));
     m_sceneDock->setWidget(m_tree);
@@ -68,7 +69,8 @@ MainWindow::MainWindow(QString pluginPath, const QString &settingsPath, QWidget 
     m_propertiesDock = new QDockWidget(QStringLiteral("Properties"), this);
     m_propertiesDock->setObjectName(QStringLiteral("propertiesDock"));
     addDockWidget(Qt::LeftDockWidgetArea, m_propertiesDock);
-    resizeDocks({m_sceneDock}, {280}, Qt::Horizontal);
+    resizeDocks({m_sceneDock}, {300}, Qt::Horizontal);
+    resizeDocks({m_sceneDock, m_propertiesDock}, {300, 440}, Qt::Vertical);
 
     m_toolBar = addToolBar(QStringLiteral("Tools"));
     m_toolBar->setObjectName(QStringLiteral("tools"));
