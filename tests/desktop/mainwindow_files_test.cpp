@@ -3,7 +3,8 @@
 // The desktop window's files, driven as a user drives them on a real X display (Xvfb): a file
 // that cannot be read or written is reported by name and the document stays, unsaved changes are
 // asked about, Save As goes through its file dialog, and the recent files menu opens them again;
-// File › Export... writes glTF through its own dialog and leaves the scene and its file alone.
+// File › Export... writes glTF through its own dialog and leaves the scene and its file alone;
+// the window's layout is kept for the next run.
 
 #include "hostapp/core/document/document.h"
 #include "hostapp/core/files/scenedump.h"
@@ -15,7 +16,9 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QComboBox>
+#include <QDockWidget>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -23,7 +26,9 @@
 #include <QJsonObject>
 #include <QMenu>
 #include <QMessageBox>
+#include <QSettings>
 #include <QTest>
+#include <QWindow>
 
 namespace {
 
@@ -194,6 +199,62 @@ TEST_F(MainWindowTest, ExportWritesGltfOfTheChosenKindAndLeavesTheSceneAlone)
     EXPECT_EQ(m_window->windowTitle(), title);
     EXPECT_FALSE(m_window->isWindowModified());
     EXPECT_TRUE(m_window->filePath().endsWith(QStringLiteral("sample.vscene")));
+}
+
+TEST_F(MainWindowTest, TheLayoutTheUserLeftIsTheOneTheNextWindowOpensWith)
+{
+    QDockWidget *scene = m_window->sceneDock();
+    const int widthBefore = scene->width();
+    // The separator between the tree's dock and the view, dragged 150 pixels to the right.
+    const QRect dock = scene->geometry();
+    const QPoint separator((dock.right() + m_window->centralWidget()->geometry().left() + 1) / 2,
+                           dock.center().y());
+    // Through the window system's events, as the pointer drags it.
+    QWindow *window = m_window->windowHandle();
+    QTest::mouseMove(window, separator);
+    QTest::mousePress(window, Qt::LeftButton, {}, separator);
+    for (int step = 1; step <= 10; ++step)
+        QTest::mouseMove(window, separator + QPoint(15 * step, 0), 10);
+    QTest::mouseRelease(window, Qt::LeftButton, {}, separator + QPoint(150, 0));
+    QApplication::processEvents();
+    const int widthAfter = scene->width();
+    ASSERT_NEAR(widthAfter, widthBefore + 150, 2) << "the separator did not move";
+    // And the properties moved to the other side of the view.
+    m_window->addDockWidget(Qt::RightDockWidgetArea, m_window->propertiesDock());
+    m_window->resize(1100, 700);
+    ASSERT_TRUE(m_window->close());
+
+    MainWindow next(QStringLiteral(VANTREL_TOOLS_PLUGIN),
+                    m_folder.filePath(QStringLiteral("settings.ini")));
+    QString error;
+    ASSERT_TRUE(next.initialize(&error)) << error.toStdString();
+    next.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&next));
+    EXPECT_EQ(next.size(), QSize(1100, 700));
+    EXPECT_EQ(next.sceneDock()->width(), widthAfter);
+    EXPECT_EQ(next.dockWidgetArea(next.sceneDock()), Qt::LeftDockWidgetArea);
+    EXPECT_EQ(next.dockWidgetArea(next.propertiesDock()), Qt::RightDockWidgetArea);
+}
+
+TEST_F(MainWindowTest, ADamagedLayoutInTheSettingsLeavesTheDefaultOne)
+{
+    const QSize size = m_window->size();
+    const int width = m_window->sceneDock()->width();
+    ASSERT_TRUE(m_window->close());
+    {
+        QSettings settings(m_folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
+        settings.setValue(QStringLiteral("window/geometry"), QByteArray("\x01\x02 not a geometry"));
+        settings.setValue(QStringLiteral("window/layout"), QByteArray(4096, '\xff'));
+    }
+    MainWindow next(QStringLiteral(VANTREL_TOOLS_PLUGIN),
+                    m_folder.filePath(QStringLiteral("settings.ini")));
+    QString error;
+    ASSERT_TRUE(next.initialize(&error)) << error.toStdString();
+    next.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&next));
+    EXPECT_EQ(next.size(), size);
+    EXPECT_EQ(next.sceneDock()->width(), width);
+    EXPECT_EQ(next.dockWidgetArea(next.propertiesDock()), Qt::LeftDockWidgetArea);
 }
 
 } // namespace
