@@ -35,6 +35,7 @@ NodeDrag::grab(Document &document, const QSize &viewSize, const QPointF &positio
     if (!shape || !isShownSelected(document, shape))
         return nullptr;
     std::unique_ptr<NodeDrag> drag(new NodeDrag(document, viewSize, grabbed, raise));
+    drag->m_lastPosition = position;
     if (drag->m_selection.isEmpty())
         return nullptr;
     return drag;
@@ -81,21 +82,22 @@ void NodeDrag::follow(const QPointF &position, bool raise)
 {
     if (!m_document)
         return;
-    const ViewRay ray = viewRay(*m_document->camera(), TBBox<float>(), m_viewSize, position);
-    const Vector3 here = AddVectors(m_grabbed, m_offset);
+    const Camera &camera = *m_document->camera();
     Vector3 hit;
     if (raise != m_raise) {
-        // The new mode starts from here: where the ray meets its plane or line now is the
-        // reference, and this move changes nothing yet.
-        if (!meet(ray, here, raise, &hit))
+        // The new mode starts from where the shapes are: where the ray of the pointer's last
+        // position meets the new plane or line is the reference, so the shapes do not jump.
+        const ViewRay last = viewRay(camera, TBBox<float>(), m_viewSize, m_lastPosition);
+        if (!meet(last, AddVectors(m_grabbed, m_offset), raise, &hit))
             return;
         m_raise = raise;
         m_referenceOffset = m_offset;
         m_referenceHit = hit;
-        return;
     }
+    const ViewRay ray = viewRay(camera, TBBox<float>(), m_viewSize, position);
     if (!meet(ray, AddVectors(m_grabbed, m_referenceOffset), raise, &hit))
         return;
+    m_lastPosition = position;
     Vector3 offset = AddVectors(m_referenceOffset, SubtractVectors(hit, m_referenceHit));
     // Only the mode's own axes move: rounding must not creep into the others.
     if (raise)

@@ -55,7 +55,8 @@ private:
     QPointer<Document> m_document;
     QSize m_viewSize;
     SelectionMove m_selection;
-    Vector3 m_grabbed; // the shape's point under the press, where the selection started
+    Vector3 m_grabbed;      // the shape's point under the press, where the selection started
+    QPointF m_lastPosition; // of the pointer, where the shapes were last put after it
     Vector3 m_offset;
     // Since the last change of mode: the mode, the offset then, and where the pointer's ray met
     // the plane or line then; the offset now is that offset plus how far the meeting point went.
