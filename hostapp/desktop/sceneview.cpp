@@ -333,6 +333,15 @@ void SceneView::keyPressEvent(QKeyEvent *event)
         QOpenGLWidget::keyPressEvent(event);
 }
 
+void SceneView::focusOutEvent(QFocusEvent *event)
+{
+    // A window that takes the focus mid-drag (a tool's, a message) takes the mouse too, and the
+    // release would never come to close the drag's step.
+    if (m_nodeDrag)
+        cancelMove();
+    QOpenGLWidget::focusOutEvent(event);
+}
+
 void SceneView::cancelMove()
 {
     m_nodeDrag.reset(); // cancels its step

@@ -161,7 +161,7 @@ TEST_F(ViewMoveTest, ADragOffTheSelectionOrbitsAndLeavesTheSceneAlone)
     EXPECT_EQ(m_document->history().undoCount(), 0);
 }
 
-TEST_F(ViewMoveTest, EscapeOrARightClickMidDragPutsEverythingBack)
+TEST_F(ViewMoveTest, EscapeARightClickOrLosingTheFocusMidDragPutsEverythingBack)
 {
     select({m_side});
     const QByteArray before = sceneDump();
@@ -195,6 +195,18 @@ TEST_F(ViewMoveTest, EscapeOrARightClickMidDragPutsEverythingBack)
     QTest::mouseRelease(m_view.get(), Qt::RightButton, Qt::NoModifier, to);
     QTest::mouseRelease(m_view.get(), Qt::LeftButton, Qt::NoModifier, to);
     EXPECT_EQ(sceneDump(), before);
+    EXPECT_EQ(m_document->history().undoCount(), 0);
+
+    // So does losing the focus, as to a window that opens mid-drag and takes the mouse with it.
+    m_view->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(m_view.get()));
+    dragWith(Qt::NoModifier, from, to, false);
+    ASSERT_TRUE(m_view->hasFocus()) << "a press in the view gives it the focus";
+    ASSERT_NE(m_side->GetPosition(), Vector3());
+    m_view->clearFocus();
+    EXPECT_EQ(sceneDump(), before);
+    EXPECT_EQ(m_document->history().openGroupCount(), 0);
+    QTest::mouseRelease(m_view.get(), Qt::LeftButton, Qt::NoModifier, to);
     EXPECT_EQ(m_document->history().undoCount(), 0);
 }
 
