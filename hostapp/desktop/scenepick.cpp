@@ -3,6 +3,8 @@
 #include "hostapp/desktop/scenepick.h"
 
 #include "geometry/geometry.h"
+#include "hostapp/core/document/document.h"
+#include "hostapp/desktop/viewray.h"
 #include "hostapp/render/drawlist.h"
 
 #include <algorithm>
@@ -64,7 +66,10 @@ float hitTriangle(const Vector3 &origin,
 
 } // namespace
 
-MeshNode *pickShape(const render::DrawList &list, const Vector3 &origin, const Vector3 &direction)
+MeshNode *pickShape(const render::DrawList &list,
+                    const Vector3 &origin,
+                    const Vector3 &direction,
+                    float *hitDistance)
 {
     float nearest = std::numeric_limits<float>::infinity();
     MeshNode *picked = nullptr;
@@ -100,6 +105,22 @@ MeshNode *pickShape(const render::DrawList &list, const Vector3 &origin, const V
             }
         }
     }
+    if (hitDistance)
+        *hitDistance = nearest;
+    return picked;
+}
+
+MeshNode *
+pickAt(const Document &document, const QSize &viewSize, const QPointF &position, Vector3 *hit)
+{
+    if (viewSize.isEmpty())
+        return nullptr;
+    const render::DrawList list = render::collectDrawList(document);
+    const ViewRay ray = viewRay(*document.camera(), list.bounds, viewSize, position);
+    float distance = 0.f;
+    MeshNode *picked = pickShape(list, ray.origin, ray.direction, &distance);
+    if (picked && hit)
+        *hit = ray.at(distance);
     return picked;
 }
 

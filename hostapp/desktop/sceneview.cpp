@@ -5,18 +5,23 @@
 #include "geometry/geometry.h"
 #include "hostapp/core/document/document.h"
 #include "hostapp/core/scene/meshnode.h"
+#include "hostapp/desktop/nodedrag.h"
 #include "hostapp/desktop/scenepick.h"
+#include "hostapp/desktop/viewnudge.h"
+#include "hostapp/desktop/viewray.h"
 #include "hostapp/render/drawlist.h"
 #include "hostapp/render/framing.h"
 #include "hostapp/render/scenedrawer.h"
 
 #include <QElapsedTimer>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QOpenGLContext>
 #include <QOpenGLExtraFunctions>
 #include <QOpenGLFramebufferObject>
 #include <QOpenGLFunctions>
+#include <QPainter>
 #include <QTimer>
 #include <QWheelEvent>
 
@@ -24,35 +29,6 @@
 #include <cmath>
 
 namespace vantrel::host {
-
-namespace {
-
-// A widget position as normalised device coordinates, at the pixel's centre (y up).
-QPointF toDevice(const QPointF &position, const QSize &size)
-{
-    return QPointF(2.0 * (position.x() + 0.5) / size.width() - 1.0,
-                   1.0 - 2.0 * (position.y() + 0.5) / size.height());
-}
-
-// The world point that shows at device coordinates (x, y) and device depth z: the inverse of
-// world * view * projection followed by the division by w.
-Vector3 unproject(const Matrix &inverseViewProjection, const QPointF &device, float z)
-{
-    Vector4 p(float(device.x()), float(device.y()), z, 1.f);
-    TransformVector4(p, inverseViewProjection);
-    return Vector3(p.x / p.w, p.y / p.w, p.z / p.w);
-}
-
-Matrix inverseViewProjection(const render::CameraView &view)
-{
-    Matrix viewProjection, inverse;
-    MultiplyMatrices(viewProjection, view.view, view.projection);
-    MakeIdentity(inverse);
-    InvertMatrix(inverse, viewProjection);
-    return inverse;
-}
-
-} // namespace
 
 SceneView::SceneView(QWidget *parent)
     : QOpenGLWidget(parent)
@@ -90,6 +66,7 @@ void SceneView::setDocument(Document *document)
 {
     if (m_document == document)
         return;
+    m_nodeDrag.reset(); // a drag still going on puts the old document's shapes back
     if (m_document)
         disconnect(m_document, nullptr, this, nullptr);
     m_document = document;
@@ -193,6 +170,10 @@ void SceneView::paintGL()
                 m_lastShadowSamples = options.shadowSamples;
                 m_lastDrawnSize = drawnSize;
             }
+            if (drawn && m_nodeDrag && m_dragging) { // where the dragged shapes will land
+                QPainter painter(this);
+                m_nodeDrag->selection().paintLanding(painter, *m_document->camera(), size());
+            }
         }
         if (!drawn) {
             clearToBackground();
@@ -254,20 +235,16 @@ void SceneView::resizeEvent(QResizeEvent *event)
 
 BaseNode *SceneView::nodeAt(const QPoint &widgetPosition) const
 {
-    if (!m_document || width() <= 0 || height() <= 0)
-        return nullptr;
-    const render::DrawList list = render::collectDrawList(*m_document);
-    const Camera &camera = *m_document->camera();
-    const render::CameraView view
-        = render::cameraView(camera, list.bounds, float(width()) / float(height()));
-    const Vector3 eye = camera.position();
-    const Vector3 far
-        = unproject(inverseViewProjection(view), toDevice(QPointF(widgetPosition), size()), 1.f);
-    return pickShape(list, eye, Vector3(far.x - eye.x, far.y - eye.y, far.z - eye.z));
+    return m_document ? pickAt(*m_document, size(), QPointF(widgetPosition)) : nullptr;
 }
 
 void SceneView::mousePressEvent(QMouseEvent *event)
 {
+    if (m_nodeDrag && event->button() == Qt::RightButton) {
+        cancelMove(); // a right click during the drag, as Esc
+        event->accept();
+        return;
+    }
     if (!m_document || m_button != Qt::NoButton) {
         event->ignore();
         return;
@@ -280,9 +257,12 @@ void SceneView::mousePressEvent(QMouseEvent *event)
     if (m_button == Qt::MiddleButton
         || (m_button == Qt::LeftButton && event->modifiers().testFlag(Qt::ShiftModifier)))
         m_drag = Drag::Pan;
-    else if (m_button == Qt::LeftButton)
-        m_drag = Drag::Orbit;
-    else
+    else if (m_button == Qt::LeftButton) {
+        if (!m_document->GetSelection().empty())
+            m_nodeDrag = NodeDrag::grab(
+                *m_document, size(), event->pos(), event->modifiers().testFlag(RaiseModifier));
+        m_drag = m_nodeDrag ? Drag::Move : Drag::Orbit;
+    } else
         m_drag = Drag::None;
     m_clickToggles = event->modifiers().testFlag(Qt::ControlModifier);
     event->accept();
@@ -296,7 +276,9 @@ void SceneView::mouseMoveEvent(QMouseEvent *event)
         return;
     m_dragging = true;
     Camera &camera = *m_document->camera();
-    if (m_drag == Drag::Orbit) {
+    if (m_drag == Drag::Move) {
+        m_nodeDrag->follow(event->pos(), event->modifiers().testFlag(RaiseModifier));
+    } else if (m_drag == Drag::Orbit) {
         // From the press, not the last move: the camera's pitch limit cannot make the drag drift.
         const QPoint moved = event->pos() - m_pressPosition;
         // Dragging right turns the scene towards the right (the camera round the other way);
@@ -313,9 +295,12 @@ void SceneView::mouseReleaseEvent(QMouseEvent *event)
 {
     if (event->button() != m_button)
         return;
-    const bool click = !m_dragging && m_button == Qt::LeftButton
+    const bool click = !m_dragging && m_button == Qt::LeftButton && m_drag != Drag::None
                        && (event->pos() - m_pressPosition).manhattanLength() < ClickTolerance;
     const bool wasMovingCamera = isMovingCamera();
+    if (m_nodeDrag)
+        m_nodeDrag->finish();
+    m_nodeDrag.reset();
     m_button = Qt::NoButton;
     m_drag = Drag::None;
     m_dragging = false;
@@ -339,6 +324,32 @@ void SceneView::wheelEvent(QWheelEvent *event)
     event->accept();
 }
 
+void SceneView::keyPressEvent(QKeyEvent *event)
+{
+    if (m_nodeDrag && event->key() == Qt::Key_Escape)
+        cancelMove();
+    else if (!m_document || m_nodeDrag
+             || !nudgeSelection(*m_document, event->key(), event->modifiers()))
+        QOpenGLWidget::keyPressEvent(event);
+}
+
+void SceneView::focusOutEvent(QFocusEvent *event)
+{
+    // A window that takes the focus mid-drag (a tool's, a message) takes the mouse too, and the
+    // release would never come to close the drag's step.
+    if (m_nodeDrag)
+        cancelMove();
+    QOpenGLWidget::focusOutEvent(event);
+}
+
+void SceneView::cancelMove()
+{
+    m_nodeDrag.reset(); // cancels its step
+    m_drag = Drag::None;
+    m_dragging = false;
+    update(); // the last frame was a fast one, with the landing marks
+}
+
 void SceneView::pan(const QPoint &from, const QPoint &to)
 {
     Camera &camera = *m_document->camera();
@@ -354,7 +365,7 @@ void SceneView::pan(const QPoint &from, const QPoint &to)
     Vector4 clip(target.x, target.y, target.z, 1.f);
     TransformVector4(clip, viewProjection);
     const float depth = clip.z / clip.w;
-    const Matrix inverse = inverseViewProjection(view);
+    const Matrix inverse = inverseViewProjection(view.view, view.projection);
     // The scene point under the cursor at the target's depth stays under the cursor: the target
     // moves against the cursor's motion by the world distance it covers at that depth.
     const Vector3 a = unproject(inverse, toDevice(QPointF(from), size()), depth);

@@ -22,11 +22,14 @@ class SceneDrawer;
 namespace vantrel::host {
 
 class BaseNode;
+class NodeDrag;
 
 // The desktop program's live 3D view: the document as its camera sees it, drawn like the
 // pictures of `vantrel render` (shapes, floor, soft shadows) with the selected shapes marked, and
 // redrawn whenever the scene or the camera changes. The mouse moves the document's camera (never
-// an undo step) and selects shapes (a "Select" step, as any selection change is).
+// an undo step) and selects shapes (a "Select" step, as any selection change is). A left drag
+// that starts on a selected shape moves the selection instead (NodeDrag: one "Move" step), and
+// the arrow keys nudge it (viewnudge.h: a "Nudge" step each).
 //
 // The camera's aspect ratio is document state: it is saved with the scene and Fit To View frames
 // for it. The view never changes it to match its own shape; it fits the camera's frame inside
@@ -56,6 +59,9 @@ public:
     // up: a large scene's frame is mostly the rasteriser's work per pixel.
     static constexpr int GestureScaleDown = 2;
     static constexpr int WheelSettleMilliseconds = 200;
+    // Held while dragging the selection, it lifts or lowers the shapes instead of sliding them
+    // across the floor. Not Ctrl or Shift, which a press already gives other meanings.
+    static constexpr Qt::KeyboardModifier RaiseModifier = Qt::AltModifier;
 
     explicit SceneView(QWidget *parent = nullptr);
     ~SceneView() override;
@@ -77,7 +83,8 @@ public:
     int lastShadowSamples() const { return m_lastShadowSamples; }
     // The pixels the last drawn frame was drawn at, before any scaling up.
     QSize lastDrawnSize() const { return m_lastDrawnSize; }
-    // Whether the user is moving the camera right now, so that frames are drawn the fast way.
+    // Whether the user is moving the camera or dragging shapes right now, so that frames are drawn
+    // the fast way.
     bool isMovingCamera() const;
     // Why the view cannot draw, or empty when it can.
     QString errorMessage() const { return m_errorMessage; }
@@ -93,14 +100,18 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    enum class Drag { None, Orbit, Pan };
+    enum class Drag { None, Orbit, Pan, Move };
 
     void releaseResources();
     void showMessage();
     void clickAt(const QPoint &position, bool toggle);
+    // Puts the dragged shapes back; the rest of the gesture, up to the release, does nothing.
+    void cancelMove();
     void pan(const QPoint &from, const QPoint &to);
     // Binds the framebuffer for a frame drawn while the camera moves and returns its size, or
     // leaves the widget's bound and returns pixels when a smaller one cannot be had.
@@ -129,6 +140,7 @@ private:
     QPoint m_lastPosition;
     float m_yawAtPress = 0.f;
     float m_pitchAtPress = 0.f;
+    std::unique_ptr<NodeDrag> m_nodeDrag; // while the gesture moves the selection
 };
 
 } // namespace vantrel::host
