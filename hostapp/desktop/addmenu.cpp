@@ -139,7 +139,7 @@ INode *AddMenu::addShape(const QByteArray &generatorId)
     const QString what = shapeName(generatorId);
     return addAsOneStep(document, what, [&]() -> INode * {
         MeshNode *node
-            = document.root()->createChildShape(generatorId, uniqueNodeName(document, what));
+            = document.root()->createChildShape(generatorId, UniqueNames(document).take(what));
         if (node)
             standOnFloor(node, floorPoint(document));
         return node;
@@ -154,7 +154,7 @@ INode *AddMenu::addLight()
     const QString what = QStringLiteral("Light");
     return addAsOneStep(document, what, [&]() -> INode * {
         auto *light = qobject_cast<SceneNode *>(
-            document.root()->CreateChildLight(uniqueNodeName(document, what)));
+            document.root()->CreateChildLight(UniqueNames(document).take(what)));
         if (light) {
             Vector3 at = floorPoint(document);
             at.z = LightHeight;
@@ -172,7 +172,7 @@ INode *AddMenu::addGroup()
     const QString what = QStringLiteral("Group");
     return addAsOneStep(document, what, [&]() -> INode * {
         auto *group = qobject_cast<SceneNode *>(
-            document.root()->CreateChildGroup(uniqueNodeName(document, what)));
+            document.root()->CreateChildGroup(UniqueNames(document).take(what)));
         if (group)
             group->SetPosition(floorPoint(document), false);
         return group;
@@ -197,7 +197,7 @@ INode *AddMenu::importModel(const QString &path)
     const QString what = QFileInfo(path).completeBaseName();
     return addAsOneStep(document, what, [&]() -> INode * {
         MeshNode *node = document.root()->createChildMesh(std::move(generator),
-                                                          uniqueNodeName(document, what));
+                                                          UniqueNames(document).take(what));
         if (node)
             standOnFloor(node, floorPoint(document));
         return node;

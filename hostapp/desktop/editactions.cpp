@@ -38,7 +38,8 @@ EditActions::EditActions(QMenu *edit, SceneTreeView *tree)
     , m_tree(tree)
 {
     edit->addSeparator();
-    m_delete = addAction(edit, QStringLiteral("&Delete"), QKeySequence::Delete);
+    // Del alone: the platform's Delete sequence may also hold Ctrl+D, Duplicate's key.
+    m_delete = addAction(edit, QStringLiteral("&Delete"), QKeySequence(Qt::Key_Delete));
     m_duplicate = addAction(edit, QStringLiteral("D&uplicate"), QKeySequence(Qt::CTRL + Qt::Key_D));
     m_rename = addAction(edit, QStringLiteral("Re&name"), QKeySequence(Qt::Key_F2));
     edit->addSeparator();
@@ -109,6 +110,7 @@ void EditActions::duplicateSelection()
     document.history().setNextStepName(QStringLiteral("Duplicate"));
     document.BeginUndoGroup();
     std::vector<INode *> copies;
+    UniqueNames names(document);
     for (INode *original : originals) {
         const TBBox<float> box = ComputeNodeBBox(original);
         const float width
@@ -118,7 +120,7 @@ void EditActions::duplicateSelection()
             continue;
         // Right after its original, numbered as a new one of its kind would be.
         document.MoveNodes(copy->GetParent(), GetNodePos(original) + 1, {copy});
-        copy->SetName(uniqueNodeName(document, original->GetName()));
+        copy->SetName(names.take(original->GetName()));
         if (auto *placed = qobject_cast<SceneNode *>(copy)) {
             Matrix world = WorldPlacement::worldMatrix(original);
             world[12] += DuplicateOffset * width;
@@ -152,7 +154,7 @@ void EditActions::groupSelection()
     document.history().setNextStepName(QStringLiteral("Group"));
     document.BeginUndoGroup();
     INode *group = WorldPlacement::group(
-        document, document.GetSelection(), uniqueNodeName(document, QStringLiteral("Group")));
+        document, document.GetSelection(), UniqueNames(document).take(QStringLiteral("Group")));
     if (!group) {
         document.CancelUndoGroup();
         return;

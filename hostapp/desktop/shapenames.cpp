@@ -7,8 +7,6 @@
 
 #include <QRegularExpression>
 
-#include <QSet>
-
 namespace vantrel::host {
 
 namespace {
@@ -58,20 +56,23 @@ QString shapeName(const QByteArray &generatorId)
     return QString::fromLatin1(generatorId);
 }
 
-QString uniqueNodeName(const Document &document, const QString &name)
+UniqueNames::UniqueNames(const Document &document)
 {
-    QSet<QString> taken;
-    collectNames(document.root(), taken);
-    if (!taken.contains(name))
-        return name;
-    static const QRegularExpression numbered(QStringLiteral("^(.*\\S) \\d+$"));
-    const QRegularExpressionMatch match = numbered.match(name);
-    const QString base = match.hasMatch() ? match.captured(1) : name;
-    for (int number = 2;; ++number) {
-        const QString candidate = QStringLiteral("%1 %2").arg(base).arg(number);
-        if (!taken.contains(candidate))
-            return candidate;
+    collectNames(document.root(), m_taken);
+}
+
+QString UniqueNames::take(const QString &name)
+{
+    QString free = name;
+    if (m_taken.contains(name)) {
+        static const QRegularExpression numbered(QStringLiteral("^(.*\\S) \\d+$"));
+        const QRegularExpressionMatch match = numbered.match(name);
+        const QString base = match.hasMatch() ? match.captured(1) : name;
+        for (int number = 2; m_taken.contains(free); ++number)
+            free = QStringLiteral("%1 %2").arg(base).arg(number);
     }
+    m_taken.insert(free);
+    return free;
 }
 
 } // namespace vantrel::host

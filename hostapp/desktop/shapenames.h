@@ -5,6 +5,7 @@
 #include "hostapp/desktop/desktopexport.h"
 
 #include <QByteArray>
+#include <QSet>
 #include <QString>
 
 #include <vector>
@@ -27,9 +28,19 @@ VANTREL_DESKTOP_EXPORT const std::vector<ShapeName> &shapeNames();
 // The human name of a generator, or the identifier itself for one not in the table.
 VANTREL_DESKTOP_EXPORT QString shapeName(const QByteArray &generatorId);
 
-// name when no node of the document's scene is called so, otherwise the name numbered with the
-// first free number from 2 ("Hard Cover Book 2"). A number the name already ends in is replaced,
-// so that a copy of "Box 2" becomes "Box 3", not "Box 2 2".
-VANTREL_DESKTOP_EXPORT QString uniqueNodeName(const Document &document, const QString &name);
+// Names for new nodes that no node of the scene has yet: the name itself when it is free,
+// otherwise numbered with the first free number from 2 ("Hard Cover Book 2"). A number the name
+// already ends in is replaced, so that a copy of "Box 2" becomes "Box 3", not "Box 2 2". The
+// scene's names are read once, so that naming thousands of copies stays cheap.
+class VANTREL_DESKTOP_EXPORT UniqueNames
+{
+public:
+    explicit UniqueNames(const Document &document);
+    // A free name, from then on taken.
+    QString take(const QString &name);
+
+private:
+    QSet<QString> m_taken;
+};
 
 } // namespace vantrel::host
