@@ -31,6 +31,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
@@ -388,6 +389,23 @@ TEST_F(EditActionsTest, DraggingARowIntoAGroupKeepsItsWorldPlace)
     EXPECT_EQ(undoText(), QStringLiteral("&Undo Move"));
     EXPECT_TRUE(Near(WorldPlacement::worldMatrix(dvd), world, 1e-5f));
     expectUndoGives(before, "move");
+
+    // Dropped between rows of its own parent, a row counts the dragged row in its old place: the
+    // Gift Box dropped before the light's row lands just before the light.
+    SceneTreeModel *model = tree->sceneModel();
+    BaseNode *gift = find(QStringLiteral("Gift Box"));
+    std::unique_ptr<QMimeData> dragged(model->mimeData({model->indexOf(gift)}));
+    ASSERT_TRUE(model->canDropMimeData(dragged.get(), Qt::MoveAction, 3, 0, {}));
+    model->dropMimeData(dragged.get(), Qt::MoveAction, 3, 0, {});
+    EXPECT_EQ(undoText(), QStringLiteral("&Undo Reorder"));
+    EXPECT_EQ(GetNodePos(gift), 2);
+    EXPECT_EQ(GetNodePos(find(QStringLiteral("Key Light"))), 3);
+    // Nothing goes below itself, and a shape takes no rows dropped onto it.
+    std::unique_ptr<QMimeData> shelfRow(model->mimeData({model->indexOf(shelf)}));
+    const QModelIndex paperback = model->indexOf(find(QStringLiteral("Paperback")));
+    EXPECT_FALSE(
+        model->canDropMimeData(shelfRow.get(), Qt::MoveAction, 0, 0, model->indexOf(shelf)));
+    EXPECT_FALSE(model->canDropMimeData(dragged.get(), Qt::MoveAction, -1, 0, paperback));
 }
 
 } // namespace
