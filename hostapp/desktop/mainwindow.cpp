@@ -9,7 +9,9 @@
 #include "hostapp/core/commands/session.h"
 #include "hostapp/core/document/document.h"
 #include "hostapp/core/scene/basenode.h"
+#include "hostapp/desktop/addmenu.h"
 #include "hostapp/desktop/desktopuserinterface.h"
+#include "hostapp/desktop/editactions.h"
 #include "hostapp/desktop/scenetreeview.h"
 #include "hostapp/desktop/sceneview.h"
 
@@ -136,6 +138,8 @@ bool MainWindow::adopt(std::unique_ptr<Document> document,
     m_userInterface = std::move(userInterface);
     m_filePath = path;
 
+    m_addMenu->setDocument(&current);
+    m_editActions->setDocument(&current);
     connect(&current, &Document::changed, this, &MainWindow::scheduleUpdate);
     QUndoStack *stack = current.history().stack();
     stack->setClean();

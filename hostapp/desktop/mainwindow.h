@@ -20,7 +20,9 @@ class QToolBar;
 
 namespace vantrel::host {
 
+class AddMenu;
 class DesktopUserInterface;
+class EditActions;
 class Document;
 class SceneTreeView;
 class SceneView;
@@ -70,6 +72,8 @@ public:
     QDockWidget *propertiesDock() const { return m_propertiesDock; }
     QAction *undoAction() const { return m_undoAction; }
     QAction *redoAction() const { return m_redoAction; }
+    AddMenu *addMenu() const { return m_addMenu; }
+    EditActions *editActions() const { return m_editActions; }
 
 signals:
     // A file could not be opened or saved: the message shown, which names the file.
@@ -120,6 +124,8 @@ private:
     QMenu *m_recentMenu = nullptr;
     QAction *m_undoAction = nullptr;
     QAction *m_redoAction = nullptr;
+    AddMenu *m_addMenu = nullptr;
+    EditActions *m_editActions = nullptr;
     QLabel *m_status = nullptr;
     std::vector<std::pair<QAction *, ITool *>> m_toolActions;
     bool m_updatePending = false;

@@ -8,6 +8,8 @@
 #include "hostapp/core/commands/session.h"
 #include "hostapp/core/document/document.h"
 #include "hostapp/core/files/scenefile.h"
+#include "hostapp/desktop/addmenu.h"
+#include "hostapp/desktop/editactions.h"
 #include "hostapp/render/exportcommand.h"
 
 #include <QAction>
@@ -72,10 +74,12 @@ void MainWindow::buildMenus()
             current->redo();
     });
     m_redoAction->setShortcut(QKeySequence::Redo);
+    m_editActions = new EditActions(edit, m_tree);
 
     m_toolsMenu = menuBar()->addMenu(QStringLiteral("&Tools"));
     // IsEnabled is asked again whenever the menu opens, whatever changed since.
     connect(m_toolsMenu, &QMenu::aboutToShow, this, &MainWindow::updateToolActions);
+    m_addMenu = new AddMenu(this);
 
     QMenu *help = menuBar()->addMenu(QStringLiteral("&Help"));
     help->addAction(QStringLiteral("&About Vantrel"), this, [this] {

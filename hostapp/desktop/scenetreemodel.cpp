@@ -225,6 +225,7 @@ QVariant SceneTreeModel::data(const QModelIndex &index, int role) const
     const Row &row = owner->rows[std::size_t(index.row())];
     switch (role) {
     case Qt::DisplayRole:
+    case Qt::EditRole:
         return row.name;
     case Qt::DecorationRole:
         if (row.type == INode::MeshNodeType)
@@ -255,9 +256,20 @@ QVariant SceneTreeModel::data(const QModelIndex &index, int role) const
 
 bool SceneTreeModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    BaseNode *node = role == Qt::CheckStateRole ? nodeAt(index) : nullptr;
+    BaseNode *node = role == Qt::CheckStateRole || role == Qt::EditRole ? nodeAt(index) : nullptr;
     if (!node || !m_document)
         return false;
+    if (role == Qt::EditRole) {
+        // A row without a name could not be told apart or found again: the old name stays.
+        const QString name = value.toString().trimmed();
+        if (name.isEmpty())
+            return false;
+        if (name != node->GetName()) {
+            m_document->history().setNextStepName(QStringLiteral("Rename"));
+            node->SetName(name);
+        }
+        return true;
+    }
     const bool visible = value.toInt() == Qt::Checked;
     if (visible != node->IsVisible()) {
         m_document->history().setNextStepName(visible ? QStringLiteral("Show")
@@ -269,9 +281,11 @@ bool SceneTreeModel::setData(const QModelIndex &index, const QVariant &value, in
 
 Qt::ItemFlags SceneTreeModel::flags(const QModelIndex &index) const
 {
+    // The top level takes dropped rows too.
     if (!index.isValid())
-        return Qt::NoItemFlags;
-    return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable;
+        return Qt::ItemIsDropEnabled;
+    return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable | Qt::ItemIsEditable
+           | Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled;
 }
 
 QVariant SceneTreeModel::headerData(int section, Qt::Orientation orientation, int role) const

@@ -14,6 +14,7 @@
 #include <vector>
 
 class INode;
+class QMimeData;
 
 namespace vantrel::host {
 
@@ -21,7 +22,8 @@ class BaseNode;
 
 // The document's scene tree as an item model, one column ("Scene"): the root's children are the
 // top-level rows. Names, kind icons, tool tips and the visibility flag as a check box, which the
-// user may toggle (one undo step, "Show" or "Hide").
+// user may toggle (one undo step, "Show" or "Hide"). Names may be edited (one step, "Rename"; an
+// empty name is refused).
 //
 // The document changes first and tells afterwards (Document::changed()), and by then removed
 // nodes may already be gone for good (a cancelled tool group deletes its nodes). So the model
@@ -68,6 +70,24 @@ public:
     QVariant
     headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
+    // Dragging rows moves their nodes: between siblings ("Reorder"), or into another group or to
+    // the top level ("Move"), each keeping its place in the world, as one undo step. A node
+    // cannot go into itself or below itself, and only groups take nodes dropped onto them.
+    QStringList mimeTypes() const override;
+    QMimeData *mimeData(const QModelIndexList &indexes) const override;
+    bool canDropMimeData(const QMimeData *data,
+                         Qt::DropAction action,
+                         int row,
+                         int column,
+                         const QModelIndex &parent) const override;
+    bool dropMimeData(const QMimeData *data,
+                      Qt::DropAction action,
+                      int row,
+                      int column,
+                      const QModelIndex &parent) override;
+    Qt::DropActions supportedDropActions() const override { return Qt::MoveAction; }
+    Qt::DropActions supportedDragActions() const override { return Qt::MoveAction; }
+
 private:
     // What a row shows, copied from its node when the row appears and when the node's data change.
     struct Row
@@ -91,6 +111,13 @@ private:
         std::unordered_map<const INode *, int> rowOf; // built on demand for big parents
         bool rowOfValid = false;
     };
+
+    // The nodes a drag carries that are still in the scene, and the parent it drops them into;
+    // empty when the drop cannot be made.
+    std::vector<INode *> droppedNodes(const QMimeData *data,
+                                      int row,
+                                      const QModelIndex &parent,
+                                      BaseNode **target) const;
 
     void onDocumentChanged();
     void onDocumentDestroyed();

@@ -22,6 +22,12 @@ SceneTreeView::SceneTreeView(QWidget *parent)
     setUniformRowHeights(true); // lets the view lay out tens of thousands of rows at once
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setSelectionBehavior(QAbstractItemView::SelectRows);
+    // Rows are dragged to reorder nodes or move them into groups (the model makes the move), and
+    // a double click or F2 edits a name.
+    setDragDropMode(QAbstractItemView::InternalMove);
+    setDefaultDropAction(Qt::MoveAction);
+    setDropIndicatorShown(true);
+    setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     connect(selectionModel(),
             &QItemSelectionModel::selectionChanged,
             this,

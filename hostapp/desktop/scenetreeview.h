@@ -19,7 +19,7 @@ class SceneTreeModel;
 // The scene tree beside the 3D view. Its selection and the document's are one: selecting rows
 // selects those nodes (one undo step, "Select"), and any change of the document's selection (the
 // 3D view, undo, redo, a tool, a script) selects the same rows, opens their ancestors and scrolls
-// to the last one.
+// to the last one. Rows may be renamed in place and dragged (see SceneTreeModel).
 class VANTREL_DESKTOP_EXPORT SceneTreeView final : public QTreeView
 {
     Q_OBJECT
