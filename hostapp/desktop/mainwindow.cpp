@@ -10,6 +10,7 @@
 #include "hostapp/core/document/document.h"
 #include "hostapp/core/scene/basenode.h"
 #include "hostapp/desktop/desktopuserinterface.h"
+#include "hostapp/desktop/propertiespanel.h"
 #include "hostapp/desktop/scenetreeview.h"
 #include "hostapp/desktop/sceneview.h"
 
@@ -128,6 +129,7 @@ bool MainWindow::adopt(std::unique_ptr<Document> document,
     Document &current = session->document();
     m_view->setDocument(&current);
     m_tree->setDocument(&current);
+    PropertiesPanel::of(m_propertiesDock).setDocument(&current);
     // The old document goes after the view and the tree have let go of it, and its tool-bar
     // buttons go with its user interface.
     m_session = std::move(session);

@@ -31,11 +31,6 @@ QString text(const QVariantMap &row, const char *key)
     return row.value(QLatin1String(key)).toString();
 }
 
-int number(const QVariantMap &row, const char *key)
-{
-    return row.value(QLatin1String(key)).toInt();
-}
-
 bool isNumber(const QVariant &value)
 {
     switch (value.userType()) {
