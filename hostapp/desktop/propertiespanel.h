@@ -34,6 +34,9 @@ public:
     // The panel in the dock, made and put there the first time.
     static PropertiesPanel &of(QDockWidget *dock);
 
+    // Tall enough for a shape's rows, so that a first start gives the dock room beside the tree.
+    QSize sizeHint() const override { return QSize(300, 520); }
+
     void setDocument(Document *document);
     SelectionProperties *properties() const { return m_properties; }
     // The panel of the selection; null when nothing is selected.

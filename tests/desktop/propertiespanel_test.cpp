@@ -104,6 +104,10 @@ TEST_F(PropertiesPanelTest, TypedWidthIsOneNamedStepLikeTheScriptAndUndoRestores
     // The field follows the undo.
     EXPECT_NE(numberField(QStringLiteral("param.width"))->text(), QStringLiteral("17.50"));
 
+    m_window->resizeDocks({m_window->sceneDock(), m_window->propertiesDock()},
+                          {160, 600},
+                          Qt::Vertical);
+    type(numberField(QStringLiteral("param.width")), QStringLiteral("2000"));
     screenshot(m_window->propertiesDock(), QStringLiteral("propertiespanel-book"));
 }
 
@@ -254,9 +258,11 @@ TEST_F(PropertiesPanelTest, ALightsRowsAndRenamingThroughTheNameField)
                        select({QStringLiteral("Key Light")})
                            + QStringLiteral("var l = document.selection[0]; l.castShadows = false;"
                                             " l.intensity = 1.25; l.name = 'Sun';")));
-    // An empty name is refused like one a scene file would refuse.
-    type(qobject_cast<QLineEdit *>(list()->findWidget(QStringLiteral("name"))), QString());
-    EXPECT_FALSE(list()->refusal().isEmpty());
+    // A name no scene file could hold is refused.
+    type(qobject_cast<QLineEdit *>(list()->findWidget(QStringLiteral("name"))),
+         QString(300, QLatin1Char('n')));
+    EXPECT_EQ(list()->refusal(),
+              QStringLiteral("Name: is 300 characters long; the limit is 256"));
     EXPECT_EQ(qobject_cast<QLineEdit *>(list()->findWidget(QStringLiteral("name")))->text(),
               QStringLiteral("Sun"));
     for (int i = 0; i < 3; ++i)
