@@ -95,22 +95,42 @@ void addPlacement(QList<QVariantMap> &rows)
     const char *axes[] = {"x", "y", "z"};
     for (const char *axis : axes) {
         const QString name = QString::fromLatin1(axis).toUpper();
-        addSlider(rows, tr("Position %1").arg(name), tr("cm"),
-                  QStringLiteral("position.") + QLatin1String(axis), -500, 500,
-                  -SceneFile::MaximumPosition, SceneFile::MaximumPosition, 0, 1);
+        addSlider(rows,
+                  tr("Position %1").arg(name),
+                  tr("cm"),
+                  QStringLiteral("position.") + QLatin1String(axis),
+                  -500,
+                  500,
+                  -SceneFile::MaximumPosition,
+                  SceneFile::MaximumPosition,
+                  0,
+                  1);
     }
     for (const char *axis : axes) {
         const QString name = QString::fromLatin1(axis).toUpper();
-        addSlider(rows, tr("Rotation %1").arg(name), QStringLiteral("\u00b0"),
-                  QStringLiteral("rotation.") + QLatin1String(axis), -180, 180,
-                  -SceneFile::MaximumRotation, SceneFile::MaximumRotation,
-                  PropertiesListBuilder::Degrees, 1);
+        addSlider(rows,
+                  tr("Rotation %1").arg(name),
+                  QStringLiteral("\u00b0"),
+                  QStringLiteral("rotation.") + QLatin1String(axis),
+                  -180,
+                  180,
+                  -SceneFile::MaximumRotation,
+                  SceneFile::MaximumRotation,
+                  PropertiesListBuilder::Degrees,
+                  1);
     }
     for (const char *axis : axes) {
         const QString name = QString::fromLatin1(axis).toUpper();
-        addSlider(rows, tr("Scale %1").arg(name), tr("\u00d7"),
-                  QStringLiteral("scale.") + QLatin1String(axis), 0.01, 10,
-                  -SceneFile::MaximumScale, SceneFile::MaximumScale, 0, 3);
+        addSlider(rows,
+                  tr("Scale %1").arg(name),
+                  tr("\u00d7"),
+                  QStringLiteral("scale.") + QLatin1String(axis),
+                  0.01,
+                  10,
+                  -SceneFile::MaximumScale,
+                  SceneFile::MaximumScale,
+                  0,
+                  3);
     }
 }
 
@@ -124,23 +144,58 @@ void addShape(QList<QVariantMap> &rows, const ShapeGenerator &generator)
         const QString caption = captionOf(name);
         using Kind = ShapeGenerator::ParameterUnit;
         if (range.unit == Kind::ModelFile) {
-            addText(rows, tr("Model File"), key, SceneFile::MaximumTextLength,
+            addText(rows,
+                    tr("Model File"),
+                    key,
+                    SceneFile::MaximumTextLength,
                     tr("Models (*.obj *.stl *.ply *.gltf *.glb *.fbx *.3ds *.dae *.off);;"
                        "All files (*)"));
         } else if (value.userType() == QMetaType::QString) {
             addText(rows, caption, key, SceneFile::MaximumTextLength, QString());
         } else if (range.unit == Kind::Centimetres) {
-            addSlider(rows, caption, tr("cm"), key, range.minimum, range.maximum, range.minimum,
-                      range.maximum, 0, 2);
+            addSlider(rows,
+                      caption,
+                      tr("cm"),
+                      key,
+                      range.minimum,
+                      range.maximum,
+                      range.minimum,
+                      range.maximum,
+                      0,
+                      2);
         } else if (range.unit == Kind::Degrees) {
-            addSlider(rows, caption, QStringLiteral("\u00b0"), key, range.minimum, range.maximum,
-                      range.minimum, range.maximum, PropertiesListBuilder::Degrees, 1);
+            addSlider(rows,
+                      caption,
+                      QStringLiteral("\u00b0"),
+                      key,
+                      range.minimum,
+                      range.maximum,
+                      range.minimum,
+                      range.maximum,
+                      PropertiesListBuilder::Degrees,
+                      1);
         } else if (range.unit == Kind::Code) {
-            addSlider(rows, caption, QString(), key, range.minimum, range.maximum, range.minimum,
-                      range.maximum, PropertiesListBuilder::WholeNumbers, 0);
+            addSlider(rows,
+                      caption,
+                      QString(),
+                      key,
+                      range.minimum,
+                      range.maximum,
+                      range.minimum,
+                      range.maximum,
+                      PropertiesListBuilder::WholeNumbers,
+                      0);
         } else {
-            addSlider(rows, caption, QString(), key, range.minimum, range.maximum, range.minimum,
-                      range.maximum, 0, 2);
+            addSlider(rows,
+                      caption,
+                      QString(),
+                      key,
+                      range.minimum,
+                      range.maximum,
+                      range.minimum,
+                      range.maximum,
+                      0,
+                      2);
         }
     }
 }
@@ -153,8 +208,8 @@ QList<QVariantMap> NodeRows::of(const BaseNode *node)
     addGroup(rows, tr("Node"));
     addText(rows, tr("Name"), QStringLiteral("name"), SceneFile::MaximumNameLength, QString());
     PropertiesListBuilder visible{QString()};
-    visible.AddCheckBox(tr("Visible"), QStringLiteral("visible"),
-                        PropertiesListBuilder::ControlFirst);
+    visible.AddCheckBox(
+        tr("Visible"), QStringLiteral("visible"), PropertiesListBuilder::ControlFirst);
     rows.append(visible.GetList().constLast());
     rows.last().insert(QLatin1String(Caption), tr("Visibility"));
     if (!qobject_cast<const SceneNode *>(node))
@@ -163,16 +218,19 @@ QList<QVariantMap> NodeRows::of(const BaseNode *node)
     if (const auto *mesh = qobject_cast<const MeshNode *>(node)) {
         addShape(rows, *mesh->generator());
         addGroup(rows, tr("Artwork"));
-        addText(rows, tr("Image"), QStringLiteral("artwork"), SceneFile::MaximumArtworkPathLength,
+        addText(rows,
+                tr("Image"),
+                QStringLiteral("artwork"),
+                SceneFile::MaximumArtworkPathLength,
                 tr("Images (*.png *.jpg *.jpeg);;All files (*)"));
     } else if (qobject_cast<const LightNode *>(node)) {
         addGroup(rows, tr("Light"));
-        addSlider(rows, tr("Intensity"), QString(), QStringLiteral("intensity"), 0, 2, 0, 10, 0,
-                  2);
-        addSlider(rows, tr("Shadow Blur"), QString(), QStringLiteral("shadowBlur"), 0, 1, 0, 1, 0,
-                  2);
+        addSlider(rows, tr("Intensity"), QString(), QStringLiteral("intensity"), 0, 2, 0, 10, 0, 2);
+        addSlider(
+            rows, tr("Shadow Blur"), QString(), QStringLiteral("shadowBlur"), 0, 1, 0, 1, 0, 2);
         PropertiesListBuilder shadows{QString()};
-        shadows.AddCheckBox(tr("Casts shadows"), QStringLiteral("castShadows"),
+        shadows.AddCheckBox(tr("Casts shadows"),
+                            QStringLiteral("castShadows"),
                             PropertiesListBuilder::ControlFirst);
         rows.append(shadows.GetList().constLast());
         rows.last().insert(QLatin1String(Caption), tr("Cast Shadows"));
@@ -191,7 +249,10 @@ int axisOf(const QString &key, QString *transform)
         return -1;
     *transform = key.left(dot);
     const QString axis = key.mid(dot + 1);
-    return axis == QLatin1String("x") ? 0 : axis == QLatin1String("y") ? 1 : axis == QLatin1String("z") ? 2 : -1;
+    return axis == QLatin1String("x")   ? 0
+           : axis == QLatin1String("y") ? 1
+           : axis == QLatin1String("z") ? 2
+                                        : -1;
 }
 
 float &component(Vector3 &v, int axis)
@@ -261,7 +322,8 @@ QString NodeRows::check(const QVariantMap &row, const QVariant &value)
     if (row.contains(QLatin1String(LimitLength))) {
         const QString text = value.toString();
         const int limit = row.value(QLatin1String(LimitLength)).toInt();
-        if (text.isEmpty() && row.value(QLatin1String(PanelRow::Kind)) == QLatin1String(PanelRow::File))
+        if (text.isEmpty()
+            && row.value(QLatin1String(PanelRow::Kind)) == QLatin1String(PanelRow::File))
             return QString(); // no file: the shape shows none
         const QString problem = SceneFile::textProblem(text, limit);
         return problem.isEmpty() ? QString() : tr("%1: %2").arg(caption, problem);

@@ -65,7 +65,7 @@ QString SelectionProperties::stepName(const QString &property)
     if (property == QLatin1String("name"))
         return tr("Rename");
     if (property == QLatin1String("visible"))
-        return tr("Change Visibility");
+        return tr("Show or Hide"); // panelWrite names the step after the value
     if (property.startsWith(QLatin1String("position.")))
         return tr("Change Position");
     if (property.startsWith(QLatin1String("rotation.")))
@@ -144,8 +144,13 @@ QString SelectionProperties::panelWrite(const QString &property, const QVariant 
     }
     UndoHistory &history = m_document->history();
     // Inside a drag the drag's own group already carries the name.
-    if (history.openGroupCount() == 0)
-        history.setNextStepName(stepName(property));
+    if (history.openGroupCount() == 0) {
+        // Named as the tree's check boxes name the same change.
+        const bool visibility = property == QLatin1String("visible");
+        history.setNextStepName(!visibility      ? stepName(property)
+                                : value.toBool() ? tr("Show")
+                                                 : tr("Hide"));
+    }
     m_document->BeginUndoGroup();
     for (BaseNode *node : selected) {
         const QString refusal = NodeRows::write(node, property, value);

@@ -51,7 +51,8 @@ protected:
     }
     static QString select(const QStringList &names)
     {
-        return QStringLiteral("document.selection = ['%1'].map(function (n) { return document.findNode(n); });")
+        return QStringLiteral("document.selection = ['%1'].map(function (n) { return "
+                              "document.findNode(n); });")
             .arg(names.join(QStringLiteral("', '")));
     }
     INode *findNode(const QString &name, INode *from = nullptr)
@@ -104,9 +105,8 @@ TEST_F(PropertiesPanelTest, TypedWidthIsOneNamedStepLikeTheScriptAndUndoRestores
     // The field follows the undo.
     EXPECT_NE(numberField(QStringLiteral("param.width"))->text(), QStringLiteral("17.50"));
 
-    m_window->resizeDocks({m_window->sceneDock(), m_window->propertiesDock()},
-                          {160, 600},
-                          Qt::Vertical);
+    m_window->resizeDocks(
+        {m_window->sceneDock(), m_window->propertiesDock()}, {160, 600}, Qt::Vertical);
     type(numberField(QStringLiteral("param.width")), QStringLiteral("2000"));
     screenshot(m_window->propertiesDock(), QStringLiteral("propertiespanel-book"));
 }
@@ -182,7 +182,8 @@ TEST_F(PropertiesPanelTest, RefusedValuesChangeNothingAndShowWhy)
     type(chooser->field(), broken);
     EXPECT_EQ(dump(), before);
     EXPECT_EQ(undoCount(), steps);
-    EXPECT_TRUE(list()->refusal().startsWith(broken + QStringLiteral(": "))) << list()->refusal().toStdString();
+    EXPECT_TRUE(list()->refusal().startsWith(broken + QStringLiteral(": ")))
+        << list()->refusal().toStdString();
     EXPECT_TRUE(chooser->property("refused").toBool());
 
     // A good value clears the mark.
@@ -194,15 +195,15 @@ TEST_F(PropertiesPanelTest, RefusedValuesChangeNothingAndShowWhy)
 
 TEST_F(PropertiesPanelTest, SharedRowsEditEverySelectedShapeAndDifferingValuesShowMixed)
 {
-    const QStringList shapes{QStringLiteral("Paperback"),
-                             QStringLiteral("Hard Cover"),
-                             QStringLiteral("DVD Case")};
+    const QStringList shapes{
+        QStringLiteral("Paperback"), QStringLiteral("Hard Cover"), QStringLiteral("DVD Case")};
     openAndSelect(shapes);
     // Only what all three have: no paperback style, no case's cover angle.
     EXPECT_EQ(list()->findWidget(QStringLiteral("param.type")), nullptr);
     EXPECT_EQ(list()->findWidget(QStringLiteral("param.coverAngle")), nullptr);
     EXPECT_NE(list()->findWidget(QStringLiteral("param.height")), nullptr);
-    auto *width = qobject_cast<InputLineSlider *>(list()->findWidget(QStringLiteral("param.width")));
+    auto *width
+        = qobject_cast<InputLineSlider *>(list()->findWidget(QStringLiteral("param.width")));
     ASSERT_NE(width, nullptr);
     EXPECT_TRUE(width->isMixed());
     EXPECT_EQ(width->field()->placeholderText(), QStringLiteral("mixed"));
@@ -216,7 +217,9 @@ TEST_F(PropertiesPanelTest, SharedRowsEditEverySelectedShapeAndDifferingValuesSh
     const int steps = undoCount();
     const std::string expected = scripted(
         sampleScene(),
-        select(shapes) + QStringLiteral("document.selection.forEach(function (n) { n.setParam('width', 12); });"));
+        select(shapes)
+            + QStringLiteral(
+                "document.selection.forEach(function (n) { n.setParam('width', 12); });"));
     type(width->field(), QStringLiteral("12"));
     EXPECT_EQ(dump(), expected);
     EXPECT_EQ(undoCount(), steps + 1);
@@ -230,7 +233,7 @@ TEST_F(PropertiesPanelTest, SharedRowsEditEverySelectedShapeAndDifferingValuesSh
                        select(shapes)
                            + QStringLiteral("document.selection.forEach(function (n) {"
                                             " n.setParam('width', 12); n.visible = false; });")));
-    EXPECT_EQ(undoText(), QStringLiteral("&Undo Change Visibility"));
+    EXPECT_EQ(undoText(), QStringLiteral("&Undo Hide"));
     EXPECT_EQ(undoCount(), steps + 2);
 }
 
@@ -261,8 +264,7 @@ TEST_F(PropertiesPanelTest, ALightsRowsAndRenamingThroughTheNameField)
     // A name no scene file could hold is refused.
     type(qobject_cast<QLineEdit *>(list()->findWidget(QStringLiteral("name"))),
          QString(300, QLatin1Char('n')));
-    EXPECT_EQ(list()->refusal(),
-              QStringLiteral("Name: is 300 characters long; the limit is 256"));
+    EXPECT_EQ(list()->refusal(), QStringLiteral("Name: is 300 characters long; the limit is 256"));
     EXPECT_EQ(qobject_cast<QLineEdit *>(list()->findWidget(QStringLiteral("name")))->text(),
               QStringLiteral("Sun"));
     for (int i = 0; i < 3; ++i)
@@ -277,10 +279,10 @@ TEST_F(PropertiesPanelTest, ArtworkChosenInTheFileDialogAndNothingSelected)
     QImage picture(64, 96, QImage::Format_RGB32);
     picture.fill(Qt::darkCyan);
     ASSERT_TRUE(picture.save(image));
-    const std::string expected = scripted(
-        sampleScene(),
-        select({QStringLiteral("Hard Cover")})
-            + QStringLiteral("document.selection[0].artwork = '%1';").arg(image));
+    const std::string expected
+        = scripted(sampleScene(),
+                   select({QStringLiteral("Hard Cover")})
+                       + QStringLiteral("document.selection[0].artwork = '%1';").arg(image));
     auto *chooser = qobject_cast<FileChooser *>(list()->findWidget(QStringLiteral("artwork")));
     ASSERT_NE(chooser, nullptr);
     bool answered = false;

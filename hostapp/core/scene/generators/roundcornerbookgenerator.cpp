@@ -90,7 +90,8 @@ std::unique_ptr<ShapeGenerator> RoundCornerBookGenerator::create() const
     return std::make_unique<RoundCornerBookGenerator>(GetTypeId());
 }
 
-ShapeGenerator::ParameterRange RoundCornerBookGenerator::parameterRange(const QByteArray &name) const
+ShapeGenerator::ParameterRange
+RoundCornerBookGenerator::parameterRange(const QByteArray &name) const
 {
     if (name == "cornerRadius")
         return {ParameterUnit::Centimetres, 0.0, MaximumLength};

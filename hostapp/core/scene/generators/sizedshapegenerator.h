@@ -47,6 +47,7 @@ public:
     void setDepth(float depth);
 
     ParameterRange parameterRange(const QByteArray &name) const override;
+
 protected:
     SizedShapeGenerator(const char *typeId, DepthName depthName, const Size &defaults);
 
