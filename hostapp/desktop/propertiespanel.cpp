@@ -9,6 +9,7 @@
 #include <QDockWidget>
 #include <QLabel>
 #include <QScrollArea>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace vantrel::host {
@@ -55,13 +56,23 @@ void PropertiesPanel::setDocument(Document *document)
     m_document = document;
     m_properties->setDocument(document);
     if (document)
-        connect(document, &Document::changed, this, &PropertiesPanel::follow);
+        connect(document, &Document::changed, this, &PropertiesPanel::scheduleFollow);
     m_rows.clear();
     follow();
 }
 
+void PropertiesPanel::scheduleFollow()
+{
+    // A tool's one step may be thousands of changes: the panel catches up once they are done.
+    if (m_followPending)
+        return;
+    m_followPending = true;
+    QTimer::singleShot(0, this, &PropertiesPanel::follow);
+}
+
 void PropertiesPanel::follow()
 {
+    m_followPending = false;
     const QList<QVariantMap> rows = m_properties->GetPropertiesList();
     if (m_list && rows == m_rows) {
         m_list->updateAll();
@@ -69,6 +80,8 @@ void PropertiesPanel::follow()
     }
     m_rows = rows;
     if (m_list) {
+        // A drag whose slider goes ends here, so that its undo group does not stay open.
+        m_properties->panelGestureFinished(QString());
         // Later, not now: the change may come from one of its own fields, still in its handler.
         m_scroll->takeWidget();
         m_list->hide();

@@ -43,6 +43,7 @@ public:
     PropertyListWidget *list() const { return m_list; }
 
 private:
+    void scheduleFollow();
     void follow();
 
     QPointer<Document> m_document;
@@ -51,6 +52,7 @@ private:
     QScrollArea *m_scroll;
     PropertyListWidget *m_list = nullptr;
     QList<QVariantMap> m_rows; // the rows m_list was built from
+    bool m_followPending = false;
 };
 
 } // namespace vantrel::host

@@ -102,7 +102,8 @@ TEST_F(PropertiesPanelTest, TypedWidthIsOneNamedStepLikeTheScriptAndUndoRestores
     EXPECT_EQ(numberField(QStringLiteral("param.width"))->text(), QStringLiteral("17.50"));
     pick(editMenu(), QStringLiteral("&Undo Change Width"));
     EXPECT_EQ(dump(), before);
-    // The field follows the undo.
+    // The field follows the undo, once the window is back in its event loop.
+    QApplication::processEvents();
     EXPECT_NE(numberField(QStringLiteral("param.width"))->text(), QStringLiteral("17.50"));
 
     m_window->resizeDocks(
