@@ -37,6 +37,9 @@ class PropertiesPanelTest : public MainWindowDriver
 protected:
     PropertiesPanel &panel() { return PropertiesPanel::of(m_window->propertiesDock()); }
     PropertyListWidget *list() { return panel().list(); }
+    // The window back in its event loop for a moment: the dock catches up with the document on
+    // the next pass, as a user sees it.
+    static void settle() { QTest::qWait(30); }
 
     // Opens the sample scene and selects the nodes of those names, as the script `select` does.
     void openAndSelect(const QStringList &names)
@@ -46,7 +49,7 @@ protected:
         for (const QString &name : names)
             nodes.push_back(findNode(name));
         document().SetSelection(nodes, Document::ReplaceSelection);
-        QApplication::processEvents();
+        settle();
         ASSERT_NE(list(), nullptr);
     }
     static QString select(const QStringList &names)
@@ -74,7 +77,7 @@ protected:
         QTest::keyClick(field, Qt::Key_Backspace);
         QTest::keyClicks(field, text);
         QTest::keyClick(field, Qt::Key_Return);
-        QApplication::processEvents();
+        settle();
     }
     QLineEdit *numberField(const QString &property)
     {
@@ -103,7 +106,7 @@ TEST_F(PropertiesPanelTest, TypedWidthIsOneNamedStepLikeTheScriptAndUndoRestores
     pick(editMenu(), QStringLiteral("&Undo Change Width"));
     EXPECT_EQ(dump(), before);
     // The field follows the undo, once the window is back in its event loop.
-    QApplication::processEvents();
+    settle();
     EXPECT_NE(numberField(QStringLiteral("param.width"))->text(), QStringLiteral("17.50"));
 
     m_window->resizeDocks(
@@ -140,10 +143,10 @@ TEST_F(PropertiesPanelTest, ASliderDragOfSeveralMovesIsOneStep)
                          Qt::LeftButton,
                          Qt::NoModifier);
         QApplication::sendEvent(slider, &move);
-        QApplication::processEvents();
+        settle();
     }
     QTest::mouseRelease(slider, Qt::LeftButton, Qt::NoModifier, handle + QPoint(40, 0));
-    QApplication::processEvents();
+    settle();
     EXPECT_NE(dump(), before);
     EXPECT_EQ(undoCount(), steps + 1);
     EXPECT_EQ(undoText(), QStringLiteral("&Undo Change Position"));
@@ -295,7 +298,7 @@ TEST_F(PropertiesPanelTest, ArtworkChosenInTheFileDialogAndNothingSelected)
         answered = true;
     });
     QTest::mouseClick(chooser->button(), Qt::LeftButton);
-    QApplication::processEvents();
+    settle();
     EXPECT_TRUE(answered);
     EXPECT_EQ(dump(), expected);
     EXPECT_EQ(undoText(), QStringLiteral("&Undo Change Artwork"));
@@ -309,7 +312,7 @@ TEST_F(PropertiesPanelTest, ArtworkChosenInTheFileDialogAndNothingSelected)
                            + QStringLiteral("document.selection[0].artwork = '';")));
 
     document().SetSelection({}, Document::ReplaceSelection);
-    QApplication::processEvents();
+    settle();
     EXPECT_EQ(list(), nullptr);
     EXPECT_TRUE(panel().findChild<QLabel *>(QStringLiteral("noSelection"))->isVisible());
 }
