@@ -10,6 +10,7 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <cmath>
 
 namespace vantrel::host {
@@ -22,6 +23,7 @@ constexpr char LimitLength[] = "limitLength";
 constexpr char Caption[] = "caption";
 constexpr char Unit[] = "unit";
 constexpr char ParamPrefix[] = "param.";
+constexpr double SliderLength = 100.0; // cm, the end of a length slider
 
 QString tr(const char *text)
 {
@@ -153,12 +155,14 @@ void addShape(QList<QVariantMap> &rows, const ShapeGenerator &generator)
         } else if (value.userType() == QMetaType::QString) {
             addText(rows, caption, key, SceneFile::MaximumTextLength, QString());
         } else if (range.unit == Kind::Centimetres) {
+            // The slider spans the sizes of packages and books; a typed length may go on to
+            // the generator's own limit.
             addSlider(rows,
                       caption,
                       tr("cm"),
                       key,
                       range.minimum,
-                      range.maximum,
+                      std::min(range.maximum, SliderLength),
                       range.minimum,
                       range.maximum,
                       0,

@@ -24,6 +24,8 @@ PropertiesPanel::PropertiesPanel(QWidget *parent)
     m_empty->setObjectName(QStringLiteral("noSelection"));
     m_empty->setAlignment(Qt::AlignCenter);
     m_empty->setEnabled(false);
+    // Wide enough for a label, a slider a hand can drag and a number field on one row.
+    setMinimumWidth(360);
     m_scroll->setWidgetResizable(true);
     m_scroll->setFrameShape(QFrame::NoFrame);
     auto *layout = new QVBoxLayout(this);

@@ -35,7 +35,7 @@ public:
     static PropertiesPanel &of(QDockWidget *dock);
 
     // Tall enough for a shape's rows, so that a first start gives the dock room beside the tree.
-    QSize sizeHint() const override { return QSize(300, 520); }
+    QSize sizeHint() const override { return QSize(360, 520); }
 
     void setDocument(Document *document);
     SelectionProperties *properties() const { return m_properties; }
