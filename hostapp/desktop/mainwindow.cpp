@@ -12,6 +12,7 @@
 #include "hostapp/desktop/addmenu.h"
 #include "hostapp/desktop/desktopuserinterface.h"
 #include "hostapp/desktop/editactions.h"
+#include "hostapp/desktop/propertiespanel.h"
 #include "hostapp/desktop/scenetreeview.h"
 #include "hostapp/desktop/sceneview.h"
 
@@ -95,9 +96,10 @@ MainWindow::MainWindow(QString pluginPath, const QString &settingsPath, QWidget 
 
 MainWindow::~MainWindow()
 {
-    // The view and the tree let go of the document before it goes.
+    // The view, the tree and the properties let go of the document before it goes.
     m_view->setDocument(nullptr);
     m_tree->setDocument(nullptr);
+    PropertiesPanel::of(m_propertiesDock).setDocument(nullptr);
     m_session.reset();
     m_userInterface.reset();
 }
@@ -132,6 +134,7 @@ bool MainWindow::adopt(std::unique_ptr<Document> document,
     Document &current = session->document();
     m_view->setDocument(&current);
     m_tree->setDocument(&current);
+    PropertiesPanel::of(m_propertiesDock).setDocument(&current);
     // The old document goes after the view and the tree have let go of it, and its tool-bar
     // buttons go with its user interface.
     m_session = std::move(session);

@@ -53,6 +53,9 @@ InputLineSlider::InputLineSlider(
 
     connect(m_slider, &QSlider::valueChanged, this, &InputLineSlider::onSliderChanged);
     connect(m_field, &QLineEdit::editingFinished, this, &InputLineSlider::onFieldEdited);
+    connect(m_slider, &QSlider::sliderPressed, this, &InputLineSlider::dragStarted);
+    connect(m_slider, &QSlider::sliderReleased, this, &InputLineSlider::dragFinished);
+    m_field->setPlaceholderText(tr("mixed"));
     display(m_value);
 }
 
@@ -78,6 +81,24 @@ void InputLineSlider::SetValue(int mode, float value)
     display(value);
     if (mode == EditAsUser)
         emit valueEdited(value);
+}
+
+void InputLineSlider::showMixed()
+{
+    const QSignalBlocker blocker(m_slider);
+    m_slider->setValue(0);
+    m_field->clear();
+    m_field->setModified(false);
+}
+
+bool InputLineSlider::isMixed() const
+{
+    return m_field->text().isEmpty();
+}
+
+bool InputLineSlider::isBusy() const
+{
+    return m_slider->isSliderDown() || (m_field->hasFocus() && m_field->isModified());
 }
 
 void InputLineSlider::display(float value)

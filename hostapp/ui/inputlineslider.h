@@ -48,11 +48,22 @@ public:
     // mode: a SetMode; an unknown mode is taken as ShowAsGiven.
     virtual void SetValue(int mode, float value);
 
+    // Shows that the value differs between the objects the row stands for: an empty field with
+    // the placeholder "mixed" and the slider at its start, until the next value is shown.
+    void showMixed();
+    bool isMixed() const;
+    // Whether the user is busy with the widget (dragging the slider, or typing in the field), so
+    // that a refresh from outside would undo what they are doing.
+    bool isBusy() const;
+
     QSlider *slider() const { return m_slider; }
     QLineEdit *field() const { return m_field; }
 
 signals:
     void valueEdited(float value);
+    // The user takes hold of the slider and lets it go: the edits in between are one drag.
+    void dragStarted();
+    void dragFinished();
 
 private:
     void display(float value);

@@ -68,3 +68,20 @@ void PropertiesListBuilder::AddLabel(
     map.insert(QLatin1String(PanelRow::Property), valueProperty);
     m_rows.append(map);
 }
+
+void PropertiesListBuilder::AddLineEdit(const QString &label, const QString &property)
+{
+    QVariantMap map = row(PanelRow::LineEdit, label);
+    map.insert(QLatin1String(PanelRow::Property), property);
+    m_rows.append(map);
+}
+
+void PropertiesListBuilder::AddFileChooser(const QString &label,
+                                           const QString &property,
+                                           const QString &filter)
+{
+    QVariantMap map = row(PanelRow::File, label);
+    map.insert(QLatin1String(PanelRow::Property), property);
+    map.insert(QLatin1String(PanelRow::Filter), filter);
+    m_rows.append(map);
+}

@@ -18,6 +18,8 @@ constexpr char Slider[] = "slider";     // kind: a numeric slider with a number 
 constexpr char Percent[] = "percent";   // kind: a slider for 0..1 shown as 0..100 %
 constexpr char CheckBox[] = "checkbox"; // kind: a check box for a bool property
 constexpr char Label[] = "label";       // kind: a line of text
+constexpr char LineEdit[] = "lineedit"; // kind: a one-line text field for a string property
+constexpr char File[] = "file";         // kind: a path field with a file dialog; key "filter"
 constexpr char Text[] = "text";         // the row's label or caption
 constexpr char Property[] = "property"; // the Qt property a row edits or shows
 constexpr char Minimum[] = "min";
@@ -27,6 +29,7 @@ constexpr char Decimals[] = "decimals";     // digits after the point in the num
 constexpr char Order[] = "order";           // PropertiesListBuilder::eOrder
 constexpr char Side[] = "side";             // PropertiesListBuilder::eSide
 constexpr char SizeChange[] = "sizeChange"; // a label's font size change in points
+constexpr char Filter[] = "filter";         // a file row's dialog filter, "Images (*.png)"
 } // namespace PanelRow
 
 // Describes a property panel, row by row in display order. A settings object builds one in
@@ -87,6 +90,13 @@ public:
                   eOrder order,
                   eSide side,
                   const QString &valueProperty);
+
+    // A one-line text field for a string property; the value is written when the user presses
+    // Enter or leaves the field after changing it.
+    void AddLineEdit(const QString &label, const QString &property);
+    // A path field with a button that opens a file dialog showing the files filter names
+    // ("Images (*.png *.jpg)", several separated by ";;"). A typed path counts on Enter.
+    void AddFileChooser(const QString &label, const QString &property, const QString &filter);
 
     // The rows so far, the title row first.
     QList<QVariantMap> GetList() const { return m_rows; }

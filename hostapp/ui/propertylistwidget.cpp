@@ -3,7 +3,9 @@
 #include "hostapp/ui/propertylistwidget.h"
 
 #include "host/iuserinterfaceproperties.h"
+#include "hostapp/ui/filechooser.h"
 #include "hostapp/ui/inputlineslider.h"
+#include "hostapp/ui/ipanelvalues.h"
 #include "hostapp/ui/ipropertylisthelper.h"
 #include "hostapp/ui/propertieslistbuilder.h"
 
@@ -11,6 +13,7 @@
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMetaProperty>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
@@ -26,11 +29,6 @@ namespace {
 QString text(const QVariantMap &row, const char *key)
 {
     return row.value(QLatin1String(key)).toString();
-}
-
-int number(const QVariantMap &row, const char *key)
-{
-    return row.value(QLatin1String(key)).toInt();
 }
 
 bool isNumber(const QVariant &value)
@@ -66,6 +64,7 @@ PropertyListWidget::PropertyListWidget(QObject *object,
     : QWidget(parent)
     , m_object(object)
     , m_helper(helper)
+    , m_values(qobject_cast<IPanelValues *>(object))
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(12, 12, 12, 4);
@@ -78,6 +77,12 @@ PropertyListWidget::PropertyListWidget(QObject *object,
     QWidget *container = nullptr;
     for (const QVariantMap &row : rows)
         addRow(row, group, container);
+    m_refusal = new QLabel(this);
+    m_refusal->setObjectName(QStringLiteral("refusal"));
+    m_refusal->setWordWrap(true);
+    m_refusal->setStyleSheet(QStringLiteral("color: #c62828;"));
+    m_refusal->hide();
+    layout->addWidget(m_refusal);
     layout->addStretch(1);
 
     // One width for every number field, so that the sliders line up.
@@ -127,6 +132,9 @@ void PropertyListWidget::addRow(const QVariantMap &row, QFormLayout *&group, QWi
         widget = makeCheckBox(row, group);
     } else if (kind == QLatin1String(PanelRow::Label)) {
         widget = makeLabel(row, group);
+    } else if (kind == QLatin1String(PanelRow::LineEdit) || kind == QLatin1String(PanelRow::File)) {
+        widget = kind == QLatin1String(PanelRow::File) ? makeFileChooser(row) : makeLineEdit(row);
+        group->addRow(new QLabel(text(row, PanelRow::Text), container), widget);
     } else {
         report(tr("The panel has no kind of row called \"%1\"").arg(kind));
         return;
@@ -140,79 +148,10 @@ void PropertyListWidget::addRow(const QVariantMap &row, QFormLayout *&group, QWi
     m_rows.append(Row{kind, property, text(row, PanelRow::Text), widget});
 }
 
-QWidget *PropertyListWidget::makeSlider(const QVariantMap &row, bool percent)
-{
-    const QString property = text(row, PanelRow::Property);
-    const int flags = number(row, PanelRow::Flags);
-    int decimals = number(row, PanelRow::Decimals);
-    bool wholeNumbers = flags & PropertiesListBuilder::WholeNumbers;
-    if (m_object && hasProperty(property)) {
-        const QMetaObject *meta = m_object->metaObject();
-        const QMetaProperty metaProperty
-            = meta->property(meta->indexOfProperty(property.toLatin1().constData()));
-        wholeNumbers = wholeNumbers || metaProperty.userType() == QMetaType::Int;
-    }
-    if (wholeNumbers && !percent)
-        decimals = 0;
-    QString suffix;
-    if (percent)
-        suffix = QStringLiteral(" %");
-    else if (flags & PropertiesListBuilder::Degrees)
-        suffix = QStringLiteral("\u00b0");
-    auto *slider = new InputLineSlider(row.value(QLatin1String(PanelRow::Minimum)).toFloat(),
-                                       row.value(QLatin1String(PanelRow::Maximum)).toFloat(),
-                                       decimals,
-                                       percent ? 100.0f : 1.0f,
-                                       suffix);
-    slider->setTickMarks(flags & PropertiesListBuilder::TickMarks);
-    connect(slider, &InputLineSlider::valueEdited, this, [this, property](float value) {
-        write(property, value);
-    });
-    return slider;
-}
-
-QWidget *PropertyListWidget::makeCheckBox(const QVariantMap &row, QFormLayout *group)
-{
-    const QString property = text(row, PanelRow::Property);
-    const bool controlFirst = number(row, PanelRow::Order) == PropertiesListBuilder::ControlFirst;
-    auto *box = new QCheckBox(controlFirst ? text(row, PanelRow::Text) : QString());
-    if (controlFirst)
-        group->addRow(box);
-    else
-        group->addRow(text(row, PanelRow::Text), box);
-    connect(box, &QCheckBox::toggled, this, [this, property](bool on) { write(property, on); });
-    return box;
-}
-
-QWidget *PropertyListWidget::makeLabel(const QVariantMap &row, QFormLayout *group)
-{
-    auto *label = new QLabel(text(row, PanelRow::Text));
-    label->setWordWrap(true);
-    switch (number(row, PanelRow::Side)) {
-    case PropertiesListBuilder::RightSide:
-        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        break;
-    case PropertiesListBuilder::CentreSide:
-        label->setAlignment(Qt::AlignCenter);
-        break;
-    default:
-        label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-        break;
-    }
-    if (const int change = number(row, PanelRow::SizeChange)) {
-        QFont font = label->font();
-        font.setPointSizeF(std::max(1.0, font.pointSizeF() + change));
-        label->setFont(font);
-    }
-    if (number(row, PanelRow::Order) == PropertiesListBuilder::ControlFirst)
-        group->addRow(QString(), label);
-    else
-        group->addRow(label);
-    return label;
-}
-
 bool PropertyListWidget::hasProperty(const QString &property) const
 {
+    if (m_object && m_values)
+        return true; // the object answers for its rows itself
     return m_object
            && m_object->metaObject()->indexOfProperty(property.toLatin1().constData()) >= 0;
 }
@@ -238,6 +177,14 @@ void PropertyListWidget::write(const QString &property, QVariant value)
 {
     if (!m_object)
         return;
+    if (m_values) {
+        const QString reason = m_values->panelWrite(property, value);
+        // The panel may have been rebuilt by what the write changed: look the row up again.
+        showRefusal(rowOf(property), reason);
+        if (const Row *row = rowOf(property))
+            show(*row);
+        return;
+    }
     const QMetaObject *meta = m_object->metaObject();
     const int index = meta->indexOfProperty(property.toLatin1().constData());
     if (index < 0)
@@ -256,22 +203,66 @@ void PropertyListWidget::write(const QString &property, QVariant value)
         show(*row);
 }
 
+QVariant PropertyListWidget::read(const QString &property) const
+{
+    if (m_values)
+        return m_values->panelRead(property);
+    return m_object->property(property.toLatin1().constData());
+}
+
 void PropertyListWidget::show(const Row &row) const
 {
     if (!m_object || row.property.isEmpty())
         return;
-    const QVariant value = m_object->property(row.property.toLatin1().constData());
-    if (!value.isValid())
+    const QVariant value = read(row.property);
+    // Without the interface an invalid value means the property is missing: show nothing. With
+    // it, the objects behind the row differ.
+    if (!value.isValid() && !m_values)
         return;
     if (auto *slider = qobject_cast<InputLineSlider *>(row.widget)) {
-        slider->SetValue(InputLineSlider::ShowAsGiven, value.toFloat());
+        if (slider->isBusy())
+            return; // the user's drag or typing wins over a refresh
+        if (value.isValid())
+            slider->SetValue(InputLineSlider::ShowAsGiven, value.toFloat());
+        else
+            slider->showMixed();
     } else if (auto *box = qobject_cast<QCheckBox *>(row.widget)) {
         const QSignalBlocker blocker(box);
-        box->setChecked(value.toBool());
+        box->setTristate(!value.isValid());
+        box->setCheckState(!value.isValid() ? Qt::PartiallyChecked
+                           : value.toBool() ? Qt::Checked
+                                            : Qt::Unchecked);
+    } else if (auto *field = qobject_cast<QLineEdit *>(row.widget)) {
+        if (!(field->hasFocus() && field->isModified()))
+            field->setText(value.toString());
+    } else if (auto *chooser = qobject_cast<FileChooser *>(row.widget)) {
+        if (!(chooser->field()->hasFocus() && chooser->field()->isModified()))
+            chooser->setPath(value.toString());
     } else if (auto *label = qobject_cast<QLabel *>(row.widget)) {
         label->setText(row.text.isEmpty() ? value.toString()
                                           : row.text + QLatin1Char(' ') + value.toString());
     }
+}
+
+void PropertyListWidget::showRefusal(const Row *row, const QString &reason)
+{
+    for (const Row &each : qAsConst(m_rows)) {
+        each.widget->setToolTip(QString());
+        each.widget->setProperty("refused", false);
+        each.widget->setStyleSheet(QString());
+    }
+    m_refusal->setText(reason);
+    m_refusal->setVisible(!reason.isEmpty());
+    if (!row || reason.isEmpty())
+        return;
+    row->widget->setToolTip(reason);
+    row->widget->setProperty("refused", true);
+    row->widget->setStyleSheet(QStringLiteral("QLineEdit { border: 2px solid #c62828; }"));
+}
+
+QString PropertyListWidget::refusal() const
+{
+    return m_refusal->text();
 }
 
 void PropertyListWidget::updateAll()
@@ -295,6 +286,10 @@ QVariant PropertyListWidget::panelValue(const QString &property) const
         return double(slider->getValue());
     if (auto *box = qobject_cast<QCheckBox *>(row->widget))
         return box->isChecked();
+    if (auto *field = qobject_cast<QLineEdit *>(row->widget))
+        return field->text();
+    if (auto *chooser = qobject_cast<FileChooser *>(row->widget))
+        return chooser->path();
     return QVariant();
 }
 
@@ -315,7 +310,23 @@ bool PropertyListWidget::setPanelValue(const QString &property, const QVariant &
     if (auto *box = qobject_cast<QCheckBox *>(row->widget)) {
         if (value.userType() != QMetaType::Bool)
             return false;
+        if (m_values) {
+            write(property, value.toBool());
+            return true;
+        }
         box->setChecked(value.toBool()); // toggled, as a click would, when it changes
+        return true;
+    }
+    if (value.userType() != QMetaType::QString)
+        return false;
+    if (auto *field = qobject_cast<QLineEdit *>(row->widget)) {
+        field->setText(value.toString());
+        write(property, value);
+        return true;
+    }
+    if (auto *chooser = qobject_cast<FileChooser *>(row->widget)) {
+        chooser->setPath(value.toString());
+        write(property, value);
         return true;
     }
     return false;

@@ -122,4 +122,15 @@ void ShapeGenerator::setMesh(MeshPtr mesh)
     m_mesh = std::move(mesh);
 }
 
+ShapeGenerator::ParameterRange ShapeGenerator::parameterRange(const QByteArray &) const
+{
+    return {};
+}
+
+float ShapeGenerator::limited(const char *name, float value) const
+{
+    const ParameterRange range = parameterRange(QByteArray(name));
+    return float(qBound(range.minimum, double(value), range.maximum));
+}
+
 } // namespace vantrel::host

@@ -38,6 +38,24 @@ class VANTREL_HOST_EXPORT ShapeGenerator : public QObject, public ISerializable
     Q_INTERFACES(ISerializable)
 
 public:
+    // What a parameter measures, so that a panel can label its value.
+    enum class ParameterUnit {
+        None,        // a plain factor or share
+        Centimetres, // a length in scene units
+        Degrees,     // an angle
+        Code,        // a whole-number style code
+        ModelFile    // the path of a model file
+    };
+    // The values a parameter takes: numbers outside minimum..maximum are limited to them by the
+    // WRITE accessor, which reads the same description (parameterRange), so the limits the
+    // panel shows are the ones every other writer meets. Text parameters have no range.
+    struct ParameterRange
+    {
+        ParameterUnit unit = ParameterUnit::None;
+        double minimum = 0.0;
+        double maximum = 0.0;
+    };
+
     ~ShapeGenerator() override;
 
     const char *GetTypeId() const override { return m_typeId.constData(); }
@@ -52,6 +70,8 @@ public:
     // The parameter names, in declaration order, and their current values.
     QStringList parameterNames() const;
     QVariantMap parameters() const;
+    // The unit and limits of one of the parameters; a default description for other names.
+    virtual ParameterRange parameterRange(const QByteArray &name) const;
 
     // A generator of the same identifier with the same parameters that shares the mesh.
     std::unique_ptr<ShapeGenerator> clone() const;
@@ -75,6 +95,8 @@ protected:
     void initValue(const char *name, const QVariant &value);
     QVariant value(const char *name) const;
     void setValue(const char *name, const QVariant &value);
+    // value limited to the parameter's range (parameterRange), for WRITE accessors.
+    float limited(const char *name, float value) const;
 
     // Builds the mesh from the current values. Called on the GUI thread.
     virtual MeshPtr build() const = 0;

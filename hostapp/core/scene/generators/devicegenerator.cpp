@@ -58,7 +58,7 @@ DeviceGenerator::DeviceGenerator(const char *typeId)
 
 void DeviceGenerator::setCornerRadius(float cornerRadius)
 {
-    setValue("cornerRadius", QVariant(qBound(0.f, cornerRadius, MaximumLength)));
+    setValue("cornerRadius", QVariant(limited("cornerRadius", cornerRadius)));
 }
 
 float DeviceGenerator::clampedRadius() const
@@ -130,6 +130,13 @@ ArtworkSheet DeviceGenerator::artworkSheet() const
 std::unique_ptr<ShapeGenerator> DeviceGenerator::create() const
 {
     return std::make_unique<DeviceGenerator>(GetTypeId());
+}
+
+ShapeGenerator::ParameterRange DeviceGenerator::parameterRange(const QByteArray &name) const
+{
+    if (name == "cornerRadius")
+        return {ParameterUnit::Centimetres, 0.0, MaximumLength};
+    return SizedShapeGenerator::parameterRange(name);
 }
 
 } // namespace vantrel::host

@@ -35,7 +35,7 @@ DiscCaseGenerator::DiscCaseGenerator(const char *typeId)
 
 void DiscCaseGenerator::setCoverAngle(float coverAngle)
 {
-    setValue("coverAngle", QVariant(qBound(0.f, coverAngle, 180.f)));
+    setValue("coverAngle", QVariant(limited("coverAngle", coverAngle)));
 }
 
 MeshPtr DiscCaseGenerator::build() const
@@ -99,6 +99,13 @@ ArtworkSheet DiscCaseGenerator::artworkSheet() const
 std::unique_ptr<ShapeGenerator> DiscCaseGenerator::create() const
 {
     return std::make_unique<DiscCaseGenerator>(GetTypeId());
+}
+
+ShapeGenerator::ParameterRange DiscCaseGenerator::parameterRange(const QByteArray &name) const
+{
+    if (name == "coverAngle")
+        return {ParameterUnit::Degrees, 0.0, 180.0};
+    return SizedShapeGenerator::parameterRange(name);
 }
 
 } // namespace vantrel::host

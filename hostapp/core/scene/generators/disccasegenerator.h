@@ -36,6 +36,8 @@ public:
 
     ArtworkSheet artworkSheet() const override;
 
+    ParameterRange parameterRange(const QByteArray &name) const override;
+
 protected:
     MeshPtr build() const override;
     std::unique_ptr<ShapeGenerator> create() const override;

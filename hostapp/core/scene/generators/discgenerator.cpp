@@ -20,17 +20,17 @@ DiscGenerator::DiscGenerator(const char *typeId)
 
 void DiscGenerator::setDiameter(float diameter)
 {
-    setValue("diameter", QVariant(qBound(MinimumLength, diameter, MaximumLength)));
+    setValue("diameter", QVariant(limited("diameter", diameter)));
 }
 
 void DiscGenerator::setHoleDiameter(float holeDiameter)
 {
-    setValue("holeDiameter", QVariant(qBound(0.f, holeDiameter, MaximumLength)));
+    setValue("holeDiameter", QVariant(limited("holeDiameter", holeDiameter)));
 }
 
 void DiscGenerator::setThickness(float thickness)
 {
-    setValue("thickness", QVariant(qBound(MinimumLength, thickness, MaximumLength)));
+    setValue("thickness", QVariant(limited("thickness", thickness)));
 }
 
 MeshPtr DiscGenerator::build() const
@@ -69,6 +69,17 @@ ArtworkSheet DiscGenerator::artworkSheet() const
 std::unique_ptr<ShapeGenerator> DiscGenerator::create() const
 {
     return std::make_unique<DiscGenerator>(GetTypeId());
+}
+
+ShapeGenerator::ParameterRange DiscGenerator::parameterRange(const QByteArray &name) const
+{
+    if (name == "diameter")
+        return {ParameterUnit::Centimetres, MinimumLength, MaximumLength};
+    if (name == "holeDiameter")
+        return {ParameterUnit::Centimetres, 0.0, MaximumLength};
+    if (name == "thickness")
+        return {ParameterUnit::Centimetres, MinimumLength, MaximumLength};
+    return ShapeGenerator::parameterRange(name);
 }
 
 } // namespace vantrel::host

@@ -32,6 +32,8 @@ public:
 
     ArtworkSheet artworkSheet() const override;
 
+    ParameterRange parameterRange(const QByteArray &name) const override;
+
 protected:
     MeshPtr build() const override;
     bool meshFollowsParameters() const override { return true; }

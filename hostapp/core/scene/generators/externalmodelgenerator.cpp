@@ -64,4 +64,11 @@ std::unique_ptr<ShapeGenerator> ExternalModelGenerator::create() const
     return copy;
 }
 
+ShapeGenerator::ParameterRange ExternalModelGenerator::parameterRange(const QByteArray &name) const
+{
+    if (name == "path")
+        return {ParameterUnit::ModelFile, 0.0, 0.0};
+    return ShapeGenerator::parameterRange(name);
+}
+
 } // namespace vantrel::host

@@ -31,6 +31,7 @@ public:
     QString path() const { return value("path").toString(); }
     // Reads the file (on the GUI thread, before returning) and shows its mesh, or refuses.
     void setPath(const QString &path);
+    ParameterRange parameterRange(const QByteArray &name) const override;
 
     // The folder relative paths start from; empty for the working directory at the time of
     // each write. Set it before the path. Clones keep it.

@@ -15,7 +15,7 @@ ImageGenerator::ImageGenerator(const char *typeId)
 
 void ImageGenerator::setBend(float bend)
 {
-    setValue("bend", QVariant(qBound(-180.f, bend, 180.f)));
+    setValue("bend", QVariant(limited("bend", bend)));
 }
 
 MeshPtr ImageGenerator::build() const
@@ -44,6 +44,13 @@ ArtworkSheet ImageGenerator::artworkSheet() const
 std::unique_ptr<ShapeGenerator> ImageGenerator::create() const
 {
     return std::make_unique<ImageGenerator>(GetTypeId());
+}
+
+ShapeGenerator::ParameterRange ImageGenerator::parameterRange(const QByteArray &name) const
+{
+    if (name == "bend")
+        return {ParameterUnit::Degrees, -180.0, 180.0};
+    return SizedShapeGenerator::parameterRange(name);
 }
 
 } // namespace vantrel::host

@@ -36,7 +36,7 @@ PaperbackGenerator::PaperbackGenerator(const char *typeId)
 
 void PaperbackGenerator::setType(int type)
 {
-    setValue("type", QVariant(qBound(0, type, 2)));
+    setValue("type", QVariant(int(limited("type", float(type)))));
 }
 
 MeshPtr PaperbackGenerator::build() const
@@ -105,6 +105,13 @@ ArtworkSheet PaperbackGenerator::artworkSheet() const
 std::unique_ptr<ShapeGenerator> PaperbackGenerator::create() const
 {
     return std::make_unique<PaperbackGenerator>(GetTypeId());
+}
+
+ShapeGenerator::ParameterRange PaperbackGenerator::parameterRange(const QByteArray &name) const
+{
+    if (name == "type")
+        return {ParameterUnit::Code, 0.0, 2.0};
+    return SizedShapeGenerator::parameterRange(name);
 }
 
 } // namespace vantrel::host

@@ -17,7 +17,7 @@ RoundCornerBookGenerator::RoundCornerBookGenerator(const char *typeId)
 
 void RoundCornerBookGenerator::setCornerRadius(float cornerRadius)
 {
-    setValue("cornerRadius", QVariant(qBound(0.f, cornerRadius, MaximumLength)));
+    setValue("cornerRadius", QVariant(limited("cornerRadius", cornerRadius)));
 }
 
 MeshPtr RoundCornerBookGenerator::build() const
@@ -88,6 +88,14 @@ ArtworkSheet RoundCornerBookGenerator::artworkSheet() const
 std::unique_ptr<ShapeGenerator> RoundCornerBookGenerator::create() const
 {
     return std::make_unique<RoundCornerBookGenerator>(GetTypeId());
+}
+
+ShapeGenerator::ParameterRange
+RoundCornerBookGenerator::parameterRange(const QByteArray &name) const
+{
+    if (name == "cornerRadius")
+        return {ParameterUnit::Centimetres, 0.0, MaximumLength};
+    return SizedShapeGenerator::parameterRange(name);
 }
 
 } // namespace vantrel::host

@@ -24,17 +24,17 @@ const char *SizedShapeGenerator::depthKey() const
 
 void SizedShapeGenerator::setWidth(float width)
 {
-    setValue("width", QVariant(qBound(MinimumLength, width, MaximumLength)));
+    setValue("width", QVariant(limited("width", width)));
 }
 
 void SizedShapeGenerator::setHeight(float height)
 {
-    setValue("height", QVariant(qBound(MinimumLength, height, MaximumLength)));
+    setValue("height", QVariant(limited("height", height)));
 }
 
 void SizedShapeGenerator::setDepth(float depth)
 {
-    setValue(depthKey(), QVariant(qBound(MinimumLength, depth, MaximumLength)));
+    setValue(depthKey(), QVariant(limited(depthKey(), depth)));
 }
 
 MeshBuilder::Outline SizedShapeGenerator::frontOutline(const MeshBuilder::CornerRadii &radii,
@@ -42,6 +42,13 @@ MeshBuilder::Outline SizedShapeGenerator::frontOutline(const MeshBuilder::Corner
 {
     const float w = width();
     return roundedRectangleOutline(-w / 2, 0.f, w / 2, height(), radii, segmentsPerCorner);
+}
+
+ShapeGenerator::ParameterRange SizedShapeGenerator::parameterRange(const QByteArray &name) const
+{
+    if (name == "width" || name == "height" || name == depthKey())
+        return {ParameterUnit::Centimetres, MinimumLength, MaximumLength};
+    return ShapeGenerator::parameterRange(name);
 }
 
 } // namespace vantrel::host

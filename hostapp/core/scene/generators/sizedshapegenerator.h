@@ -46,6 +46,8 @@ public:
     float depth() const { return value(depthKey()).toFloat(); }
     void setDepth(float depth);
 
+    ParameterRange parameterRange(const QByteArray &name) const override;
+
 protected:
     SizedShapeGenerator(const char *typeId, DepthName depthName, const Size &defaults);
 

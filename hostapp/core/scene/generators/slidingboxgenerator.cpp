@@ -27,7 +27,7 @@ SlidingBoxGenerator::SlidingBoxGenerator(const char *typeId)
 
 void SlidingBoxGenerator::setSlide(float slide)
 {
-    setValue("slide", QVariant(qBound(0.f, slide, 1.f)));
+    setValue("slide", QVariant(limited("slide", slide)));
 }
 
 MeshPtr SlidingBoxGenerator::build() const
@@ -93,6 +93,13 @@ ArtworkSheet SlidingBoxGenerator::artworkSheet() const
 std::unique_ptr<ShapeGenerator> SlidingBoxGenerator::create() const
 {
     return std::make_unique<SlidingBoxGenerator>(GetTypeId());
+}
+
+ShapeGenerator::ParameterRange SlidingBoxGenerator::parameterRange(const QByteArray &name) const
+{
+    if (name == "slide")
+        return {ParameterUnit::None, 0.0, 1.0};
+    return SizedShapeGenerator::parameterRange(name);
 }
 
 } // namespace vantrel::host

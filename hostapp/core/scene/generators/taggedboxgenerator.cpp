@@ -39,7 +39,7 @@ TaggedBoxGenerator::TaggedBoxGenerator(const char *typeId)
 
 void TaggedBoxGenerator::setTagHeight(float tagHeight)
 {
-    setValue("tagHeight", QVariant(qBound(MinimumLength, tagHeight, MaximumLength)));
+    setValue("tagHeight", QVariant(limited("tagHeight", tagHeight)));
 }
 
 MeshPtr TaggedBoxGenerator::build() const
@@ -88,6 +88,13 @@ ArtworkSheet TaggedBoxGenerator::artworkSheet() const
 std::unique_ptr<ShapeGenerator> TaggedBoxGenerator::create() const
 {
     return std::make_unique<TaggedBoxGenerator>(GetTypeId());
+}
+
+ShapeGenerator::ParameterRange TaggedBoxGenerator::parameterRange(const QByteArray &name) const
+{
+    if (name == "tagHeight")
+        return {ParameterUnit::Centimetres, MinimumLength, MaximumLength};
+    return SizedShapeGenerator::parameterRange(name);
 }
 
 } // namespace vantrel::host
