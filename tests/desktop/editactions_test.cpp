@@ -44,24 +44,6 @@ using namespace vantrel::test;
 class EditActionsTest : public MainWindowDriver
 {
 protected:
-    // Opens the Add menu from the menu bar, then the group's submenu, and clicks the entry.
-    void pickAdd(const QString &group, const QString &name)
-    {
-        QMenu *add = m_window->addMenu()->menu();
-        QMenuBar *bar = m_window->menuBar();
-        QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(add->menuAction()).center());
-        ASSERT_TRUE(QTest::qWaitFor([add] { return add->isVisible(); }, 5000));
-        QAction *entry = menuAction(add, group);
-        ASSERT_NE(entry, nullptr) << group.toStdString();
-        QMenu *submenu = entry->menu();
-        ASSERT_NE(submenu, nullptr) << group.toStdString();
-        QTest::mouseClick(add, Qt::LeftButton, {}, add->actionGeometry(entry).center());
-        ASSERT_TRUE(QTest::qWaitFor([submenu] { return submenu->isVisible(); }, 5000));
-        QAction *item = menuAction(submenu, name);
-        ASSERT_NE(item, nullptr) << name.toStdString();
-        QTest::mouseClick(submenu, Qt::LeftButton, {}, submenu->actionGeometry(item).center());
-    }
-
     // Presses a key with modifiers in the view, the window made active first.
     void keyInView(Qt::Key pressed, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
@@ -70,16 +52,6 @@ protected:
         m_window->view()->setFocus();
         QTest::keyClick(m_window->view(), pressed, modifiers);
         QApplication::processEvents();
-    }
-
-    BaseNode *find(const QString &name) const
-    {
-        std::vector<INode *> all = CollectAllChildren(m_window->document()->root()->GetChildren());
-        for (INode *node : all) {
-            if (node->GetName() == name)
-                return static_cast<BaseNode *>(node);
-        }
-        return nullptr;
     }
 
     void select(const std::vector<INode *> &nodes)
@@ -206,7 +178,7 @@ TEST_F(EditActionsTest, DeleteDuplicateRenameAndSelectAllAreOneNamedStepEach)
     const QString scene = sampleScene();
     ASSERT_TRUE(m_window->openFile(scene));
     EditActions &edit = *m_window->editActions();
-    BaseNode *dvd = find(QStringLiteral("DVD Case"));
+    BaseNode *dvd = findNode(QStringLiteral("DVD Case"));
     select({dvd});
     std::string before = dump();
 
@@ -237,7 +209,7 @@ TEST_F(EditActionsTest, DeleteDuplicateRenameAndSelectAllAreOneNamedStepEach)
     expectUndoGives(before, "duplicate");
 
     // F2 opens the name in the tree; Return records it.
-    BaseNode *gift = find(QStringLiteral("Gift Box"));
+    BaseNode *gift = findNode(QStringLiteral("Gift Box"));
     select({gift});
     before = dump();
     keyInView(Qt::Key_F2);
@@ -281,9 +253,9 @@ TEST_F(EditActionsTest, GroupAndUngroupKeepWorldPlacesAndGreyOutWhenTheyCannotAp
 {
     ASSERT_TRUE(m_window->openFile(sampleScene()));
     EditActions &edit = *m_window->editActions();
-    BaseNode *paperback = find(QStringLiteral("Paperback"));
-    BaseNode *dvd = find(QStringLiteral("DVD Case"));
-    BaseNode *gift = find(QStringLiteral("Gift Box"));
+    BaseNode *paperback = findNode(QStringLiteral("Paperback"));
+    BaseNode *dvd = findNode(QStringLiteral("DVD Case"));
+    BaseNode *gift = findNode(QStringLiteral("Gift Box"));
     select({gift});
     EXPECT_FALSE(edit.ungroupAction()->isEnabled()); // a shape is no group
     EXPECT_TRUE(edit.groupAction()->isEnabled());
@@ -328,7 +300,7 @@ TEST_F(EditActionsTest, DeleteAndSelectAllInAFocusedTextFieldEditTheText)
     auto *field = new QLineEdit(QStringLiteral("abc"));
     m_window->propertiesDock()->setWidget(field);
     QApplication::processEvents();
-    select({find(QStringLiteral("DVD Case"))});
+    select({findNode(QStringLiteral("DVD Case"))});
     const std::string before = dump();
     m_window->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
@@ -344,7 +316,7 @@ TEST_F(EditActionsTest, DeleteAndSelectAllInAFocusedTextFieldEditTheText)
     EXPECT_EQ(document().history().undoCount(), 0);
 
     keyInView(Qt::Key_Delete);
-    EXPECT_EQ(find(QStringLiteral("DVD Case")), nullptr);
+    EXPECT_EQ(findNode(QStringLiteral("DVD Case")), nullptr);
 }
 
 // A row dragged with the mouse onto the shelf's row goes into the shelf, keeping its place in the
@@ -353,8 +325,8 @@ TEST_F(EditActionsTest, DraggingARowIntoAGroupKeepsItsWorldPlace)
 {
     ASSERT_TRUE(m_window->openFile(sampleScene()));
     SceneTreeView *tree = m_window->tree();
-    BaseNode *dvd = find(QStringLiteral("DVD Case"));
-    BaseNode *shelf = find(QStringLiteral("Shelf"));
+    BaseNode *dvd = findNode(QStringLiteral("DVD Case"));
+    BaseNode *shelf = findNode(QStringLiteral("Shelf"));
     // The pressed row is selected already: the press makes no "Select" step of its own.
     select({dvd});
     tree->collapseAll();
@@ -393,16 +365,16 @@ TEST_F(EditActionsTest, DraggingARowIntoAGroupKeepsItsWorldPlace)
     // Dropped between rows of its own parent, a row counts the dragged row in its old place: the
     // Gift Box dropped before the light's row lands just before the light.
     SceneTreeModel *model = tree->sceneModel();
-    BaseNode *gift = find(QStringLiteral("Gift Box"));
+    BaseNode *gift = findNode(QStringLiteral("Gift Box"));
     std::unique_ptr<QMimeData> dragged(model->mimeData({model->indexOf(gift)}));
     ASSERT_TRUE(model->canDropMimeData(dragged.get(), Qt::MoveAction, 3, 0, {}));
     model->dropMimeData(dragged.get(), Qt::MoveAction, 3, 0, {});
     EXPECT_EQ(undoText(), QStringLiteral("&Undo Reorder"));
     EXPECT_EQ(GetNodePos(gift), 2);
-    EXPECT_EQ(GetNodePos(find(QStringLiteral("Key Light"))), 3);
+    EXPECT_EQ(GetNodePos(findNode(QStringLiteral("Key Light"))), 3);
     // Nothing goes below itself, and a shape takes no rows dropped onto it.
     std::unique_ptr<QMimeData> shelfRow(model->mimeData({model->indexOf(shelf)}));
-    const QModelIndex paperback = model->indexOf(find(QStringLiteral("Paperback")));
+    const QModelIndex paperback = model->indexOf(findNode(QStringLiteral("Paperback")));
     EXPECT_FALSE(
         model->canDropMimeData(shelfRow.get(), Qt::MoveAction, 0, 0, model->indexOf(shelf)));
     EXPECT_FALSE(model->canDropMimeData(dragged.get(), Qt::MoveAction, -1, 0, paperback));

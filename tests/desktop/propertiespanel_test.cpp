@@ -58,17 +58,6 @@ protected:
                               "document.findNode(n); });")
             .arg(names.join(QStringLiteral("', '")));
     }
-    INode *findNode(const QString &name, INode *from = nullptr)
-    {
-        from = from ? from : document().GetRootNode();
-        if (from->GetName() == name)
-            return from;
-        for (INode *child : from->GetChildren()) {
-            if (INode *found = findNode(name, child))
-                return found;
-        }
-        return nullptr;
-    }
     // Types into the line edit and presses Enter, as a user replaces a field's text.
     static void type(QLineEdit *field, const QString &text)
     {

@@ -2,11 +2,14 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/mainwindowdriver.h"
 
+#include "host/hostfunctions.h"
 #include "hostapp/core/commands/samplescene.h"
 #include "hostapp/core/commands/session.h"
 #include "hostapp/core/document/document.h"
 #include "hostapp/core/files/scenedump.h"
 #include "hostapp/core/files/scenefile.h"
+#include "hostapp/core/scene/basenode.h"
+#include "hostapp/desktop/addmenu.h"
 #include "hostapp/desktop/sceneview.h"
 
 #include <QAction>
@@ -92,6 +95,32 @@ void MainWindowDriver::pick(QMenu *menu, const QString &text)
     ASSERT_NE(action, nullptr) << text.toStdString();
     ASSERT_TRUE(action->isEnabled()) << text.toStdString();
     QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
+}
+
+void MainWindowDriver::pickAdd(const QString &group, const QString &name)
+{
+    QMenu *add = m_window->addMenu()->menu();
+    QMenuBar *bar = m_window->menuBar();
+    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(add->menuAction()).center());
+    ASSERT_TRUE(QTest::qWaitFor([add] { return add->isVisible(); }, 5000));
+    QAction *entry = menuAction(add, group);
+    ASSERT_NE(entry, nullptr) << group.toStdString();
+    QMenu *submenu = entry->menu();
+    ASSERT_NE(submenu, nullptr) << group.toStdString();
+    QTest::mouseClick(add, Qt::LeftButton, {}, add->actionGeometry(entry).center());
+    ASSERT_TRUE(QTest::qWaitFor([submenu] { return submenu->isVisible(); }, 5000));
+    QAction *item = menuAction(submenu, name);
+    ASSERT_NE(item, nullptr) << name.toStdString();
+    QTest::mouseClick(submenu, Qt::LeftButton, {}, submenu->actionGeometry(item).center());
+}
+
+host::BaseNode *MainWindowDriver::findNode(const QString &name)
+{
+    for (INode *node : CollectAllChildren(document().root()->GetChildren())) {
+        if (node->GetName() == name)
+            return static_cast<host::BaseNode *>(node);
+    }
+    return nullptr;
 }
 
 void MainWindowDriver::key(Qt::Key pressed)

@@ -21,6 +21,7 @@ class QMenu;
 class QWidget;
 
 namespace vantrel::host {
+class BaseNode;
 class Document;
 } // namespace vantrel::host
 
@@ -51,6 +52,10 @@ protected:
     // Opens the menu from the menu bar and clicks the item, as a user picks it.
     void pick(QMenu *menu, const QString &text);
     void pickTool(const QString &title) { pick(m_window->toolsMenu(), title); }
+    // Opens the Add menu from the menu bar, then the group's submenu, and clicks the entry.
+    void pickAdd(const QString &group, const QString &name);
+    // The first node of that name in the document, depth first; null when there is none.
+    host::BaseNode *findNode(const QString &name);
     // Presses a key in the view, with the main window made active first.
     void key(Qt::Key pressed);
     QMenu *editMenu();
