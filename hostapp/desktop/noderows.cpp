@@ -93,46 +93,43 @@ void addGroup(QList<QVariantMap> &rows, const QString &caption)
 
 void addPlacement(QList<QVariantMap> &rows)
 {
+    // The sliders cover what a table-top arrangement needs; a typed value may go to the limits a
+    // scene file holds.
+    struct Transform
+    {
+        QString caption;
+        QString unit;
+        const char *key;
+        double sliderMin, sliderMax, limit;
+        int flags, decimals;
+    };
+    const Transform transforms[] = {
+        {tr("Position"), tr("cm"), "position.", -500, 500, SceneFile::MaximumPosition, 0, 1},
+        {tr("Rotation"),
+         QStringLiteral("\u00b0"),
+         "rotation.",
+         -180,
+         180,
+         SceneFile::MaximumRotation,
+         PropertiesListBuilder::Degrees,
+         1},
+        {tr("Scale"), tr("\u00d7"), "scale.", 0.01, 10, SceneFile::MaximumScale, 0, 3},
+    };
     addGroup(rows, tr("Placement"));
-    const char *axes[] = {"x", "y", "z"};
-    for (const char *axis : axes) {
-        const QString name = QString::fromLatin1(axis).toUpper();
-        addSlider(rows,
-                  tr("Position %1").arg(name),
-                  tr("cm"),
-                  QStringLiteral("position.") + QLatin1String(axis),
-                  -500,
-                  500,
-                  -SceneFile::MaximumPosition,
-                  SceneFile::MaximumPosition,
-                  0,
-                  1);
-    }
-    for (const char *axis : axes) {
-        const QString name = QString::fromLatin1(axis).toUpper();
-        addSlider(rows,
-                  tr("Rotation %1").arg(name),
-                  QStringLiteral("\u00b0"),
-                  QStringLiteral("rotation.") + QLatin1String(axis),
-                  -180,
-                  180,
-                  -SceneFile::MaximumRotation,
-                  SceneFile::MaximumRotation,
-                  PropertiesListBuilder::Degrees,
-                  1);
-    }
-    for (const char *axis : axes) {
-        const QString name = QString::fromLatin1(axis).toUpper();
-        addSlider(rows,
-                  tr("Scale %1").arg(name),
-                  tr("\u00d7"),
-                  QStringLiteral("scale.") + QLatin1String(axis),
-                  0.01,
-                  10,
-                  -SceneFile::MaximumScale,
-                  SceneFile::MaximumScale,
-                  0,
-                  3);
+    for (const Transform &transform : transforms) {
+        for (const char *axis : {"x", "y", "z"}) {
+            addSlider(
+                rows,
+                QStringLiteral("%1 %2").arg(transform.caption, QString::fromLatin1(axis).toUpper()),
+                transform.unit,
+                QLatin1String(transform.key) + QLatin1String(axis),
+                transform.sliderMin,
+                transform.sliderMax,
+                -transform.limit,
+                transform.limit,
+                transform.flags,
+                transform.decimals);
+        }
     }
 }
 

@@ -340,22 +340,7 @@ TEST_F(EditActionsTest, DraggingARowIntoAGroupKeepsItsWorldPlace)
         = rows->mapTo(m_window.get(), tree->visualRect(tree->sceneModel()->indexOf(dvd)).center());
     const QPoint to = rows->mapTo(m_window.get(),
                                   tree->visualRect(tree->sceneModel()->indexOf(shelf)).center());
-    // The drag runs its own event loop from the second move until the release: the moves that
-    // carry it and the release come from a timer once it is under way.
-    QTimer carry;
-    carry.setInterval(10);
-    QObject::connect(&carry, &QTimer::timeout, handle, [&carry, tree, handle, from, to] {
-        if (!tree->findChild<QDrag *>())
-            return;
-        carry.stop();
-        for (int step = 1; step <= 8; ++step)
-            QTest::mouseMove(handle, from + (to - from) * step / 8);
-        QTest::mouseRelease(handle, Qt::LeftButton, {}, to);
-    });
-    carry.start();
-    QTest::mousePress(handle, Qt::LeftButton, {}, from);
-    QTest::mouseMove(handle, from + QPoint(0, -3));
-    QTest::mouseMove(handle, from + QPoint(0, -15));
+    dragThroughWindowSystem(handle, tree, from, to, QPoint(0, -15));
     ASSERT_TRUE(QTest::qWaitFor([dvd, shelf] { return dvd->GetParent() == shelf; }, 5000));
     QApplication::processEvents();
     EXPECT_EQ(undoText(), QStringLiteral("&Undo Move"));

@@ -224,16 +224,11 @@ TEST_F(MainWindowTest, TheLayoutTheUserLeftIsTheOneTheNextWindowOpensWith)
     m_window->resize(1100, 700);
     ASSERT_TRUE(m_window->close());
 
-    MainWindow next(QStringLiteral(VANTREL_TOOLS_PLUGIN),
-                    m_folder.filePath(QStringLiteral("settings.ini")));
-    QString error;
-    ASSERT_TRUE(next.initialize(&error)) << error.toStdString();
-    next.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&next));
-    EXPECT_EQ(next.size(), QSize(1100, 700));
-    EXPECT_EQ(next.sceneDock()->width(), widthAfter);
-    EXPECT_EQ(next.dockWidgetArea(next.sceneDock()), Qt::LeftDockWidgetArea);
-    EXPECT_EQ(next.dockWidgetArea(next.propertiesDock()), Qt::RightDockWidgetArea);
+    const std::unique_ptr<MainWindow> next = openNextWindow();
+    EXPECT_EQ(next->size(), QSize(1100, 700));
+    EXPECT_EQ(next->sceneDock()->width(), widthAfter);
+    EXPECT_EQ(next->dockWidgetArea(next->sceneDock()), Qt::LeftDockWidgetArea);
+    EXPECT_EQ(next->dockWidgetArea(next->propertiesDock()), Qt::RightDockWidgetArea);
 }
 
 TEST_F(MainWindowTest, ADamagedLayoutInTheSettingsLeavesTheDefaultOne)
@@ -246,15 +241,10 @@ TEST_F(MainWindowTest, ADamagedLayoutInTheSettingsLeavesTheDefaultOne)
         settings.setValue(QStringLiteral("window/geometry"), QByteArray("\x01\x02 not a geometry"));
         settings.setValue(QStringLiteral("window/layout"), QByteArray(4096, '\xff'));
     }
-    MainWindow next(QStringLiteral(VANTREL_TOOLS_PLUGIN),
-                    m_folder.filePath(QStringLiteral("settings.ini")));
-    QString error;
-    ASSERT_TRUE(next.initialize(&error)) << error.toStdString();
-    next.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&next));
-    EXPECT_EQ(next.size(), size);
-    EXPECT_EQ(next.sceneDock()->width(), width);
-    EXPECT_EQ(next.dockWidgetArea(next.propertiesDock()), Qt::LeftDockWidgetArea);
+    const std::unique_ptr<MainWindow> next = openNextWindow();
+    EXPECT_EQ(next->size(), size);
+    EXPECT_EQ(next->sceneDock()->width(), width);
+    EXPECT_EQ(next->dockWidgetArea(next->propertiesDock()), Qt::LeftDockWidgetArea);
 }
 
 } // namespace

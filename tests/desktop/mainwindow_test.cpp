@@ -255,28 +255,13 @@ TEST_F(MainWindowTest, StackFromTheMenuWithARowDraggedInTheList)
             ASSERT_EQ(list->count(), 2);
             EXPECT_EQ(list->item(0)->text(), QStringLiteral("Paperback"));
             // Drag the first row below the second, through the window system as a
-            // pointer would. The drag starts inside the second move below and runs its own
-            // event loop until the release, so the moves that carry it and the release are
-            // sent from a timer, once the list's drag is under way.
+            // pointer would.
             QWindow *handle = window->windowHandle();
             QWidget *rows = list->viewport();
             const QPoint from = rows->mapTo(window, list->visualItemRect(list->item(0)).center());
             const QRect last = list->visualItemRect(list->item(1));
             const QPoint to = rows->mapTo(window, QPoint(last.center().x(), last.bottom() - 1));
-            QTimer carry;
-            carry.setInterval(10);
-            QObject::connect(&carry, &QTimer::timeout, handle, [&carry, list, handle, from, to] {
-                if (!list->findChild<QDrag *>())
-                    return;
-                carry.stop();
-                for (int step = 1; step <= 8; ++step)
-                    QTest::mouseMove(handle, from + (to - from) * step / 8);
-                QTest::mouseRelease(handle, Qt::LeftButton, {}, to);
-            });
-            carry.start();
-            QTest::mousePress(handle, Qt::LeftButton, {}, from);
-            QTest::mouseMove(handle, from + QPoint(0, 3));
-            QTest::mouseMove(handle, from + QPoint(0, 15));
+            dragThroughWindowSystem(handle, list, from, to, QPoint(0, 15));
             ASSERT_TRUE(QTest::qWaitFor(
                 [list] { return list->item(0)->text() == QLatin1String("Hard Cover"); }, 5000));
             QApplication::processEvents();

@@ -45,6 +45,17 @@ void MainWindowDriver::SetUp()
     ASSERT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
 }
 
+std::unique_ptr<MainWindow> MainWindowDriver::openNextWindow()
+{
+    auto next = std::make_unique<MainWindow>(QStringLiteral(VANTREL_TOOLS_PLUGIN),
+                                             m_folder.filePath(QStringLiteral("settings.ini")));
+    QString error;
+    EXPECT_TRUE(next->initialize(&error)) << error.toStdString();
+    next->show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(next.get()));
+    return next;
+}
+
 QString MainWindowDriver::sampleScene()
 {
     const QString path = m_folder.filePath(QStringLiteral("sample.vscene"));

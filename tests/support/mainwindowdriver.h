@@ -60,6 +60,9 @@ protected:
     void key(Qt::Key pressed);
     QMenu *editMenu();
 
+    // Another main window on the same settings file, shown, as the next run of the program opens.
+    std::unique_ptr<host::MainWindow> openNextWindow();
+
     // The screen where the main window and the tool window are, saved for a person to look at.
     void screenshot(QWidget *toolWindow, const QString &name);
 

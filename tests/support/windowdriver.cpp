@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <QDialog>
+#include <QDrag>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -20,6 +21,7 @@
 #include <QSlider>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 #include <string>
 
@@ -188,6 +190,25 @@ const std::vector<WayOut> &waysToCloseWithoutOk()
         {"the close button", [](QDialog *w) { w->close(); }},
     };
     return ways;
+}
+
+void dragThroughWindowSystem(
+    QWindow *window, QObject *source, const QPoint &from, const QPoint &to, const QPoint &start)
+{
+    QTimer carry;
+    carry.setInterval(10);
+    QObject::connect(&carry, &QTimer::timeout, window, [&carry, source, window, from, to] {
+        if (!source->findChild<QDrag *>())
+            return;
+        carry.stop();
+        for (int step = 1; step <= 8; ++step)
+            QTest::mouseMove(window, from + (to - from) * step / 8);
+        QTest::mouseRelease(window, Qt::LeftButton, {}, to);
+    });
+    carry.start();
+    QTest::mousePress(window, Qt::LeftButton, {}, from);
+    QTest::mouseMove(window, from + start / 5);
+    QTest::mouseMove(window, from + start);
 }
 
 } // namespace vantrel::test

@@ -13,7 +13,10 @@
 
 class InputLineSlider;
 class QDialog;
+class QObject;
+class QPoint;
 class QWidget;
+class QWindow;
 
 namespace vantrel::test {
 
@@ -48,6 +51,13 @@ void enterFileName(QWidget *fileDialog, const QString &name);
 
 // A number as a script writes it, to the last digit a float holds.
 QString number(float value);
+
+// Drags with the left button, through the window system as a pointer does, from one point of the
+// window to another (both in the window's coordinates), starting off in the direction of start.
+// The drag starts inside the second move and runs its own event loop until the release, so the
+// moves that carry it and the release are sent from a timer once a QDrag of source is under way.
+void dragThroughWindowSystem(
+    QWindow *window, QObject *source, const QPoint &from, const QPoint &to, const QPoint &start);
 
 // One way a user closes a tool window without OK. Every one of them must end the way Cancel
 // does, so the tests go through all of them.
