@@ -102,13 +102,15 @@ case $command in
         # windows side by side (xvfb-run's default screen is 640 x 480 at 8 bits).
         display=()
         [ -n "${DISPLAY:-}" ] || display=(xvfb-run -a -s "-screen 0 1600x1000x24")
-        "${display[@]}" ctest --test-dir "$build" --output-on-failure -j "$jobs" -LE desktop
-        # The desktop window's tests drive a real X server with pointer drags, focus changes and
-        # screen grabs, and on a loaded machine one of them can miss its deadline. They run after
-        # the rest, one at a time, and a test that fails gets one more try: a real fault fails
-        # both times. A window manager gives their windows title bars, as on a desktop.
+        "${display[@]}" ctest --test-dir "$build" --output-on-failure -j "$jobs" -LE 'desktop|widget'
+        # The window and widget tests drive a real X server with pointer drags, focus changes and
+        # screen grabs, and on a loaded machine one of them can miss its deadline (or, under the
+        # sanitizers, LeakSanitizer's tracer can trip over the renderer's threads as the program
+        # ends). They run after the rest, one at a time, and a test that fails gets one more try:
+        # a real fault fails both times. A window manager gives their windows title bars, as on a
+        # desktop.
         "${display[@]}" tests/desktop/with-window-manager.sh \
-            ctest --test-dir "$build" --output-on-failure -L desktop --repeat until-pass:2
+            ctest --test-dir "$build" --output-on-failure -L 'desktop|widget' --repeat until-pass:2
         ;;
     bench)
         configure_and_build
