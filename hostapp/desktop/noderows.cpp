@@ -175,18 +175,9 @@ void addShape(QList<QVariantMap> &rows, const ShapeGenerator &generator)
                       range.maximum,
                       PropertiesListBuilder::Degrees,
                       1);
-        } else if (range.unit == Kind::Code) {
-            addSlider(rows,
-                      caption,
-                      QString(),
-                      key,
-                      range.minimum,
-                      range.maximum,
-                      range.minimum,
-                      range.maximum,
-                      PropertiesListBuilder::WholeNumbers,
-                      0);
         } else {
+            // Codes (a paperback's type) move in whole numbers; plain numbers show two decimals.
+            const bool code = range.unit == Kind::Code;
             addSlider(rows,
                       caption,
                       QString(),
@@ -195,8 +186,8 @@ void addShape(QList<QVariantMap> &rows, const ShapeGenerator &generator)
                       range.maximum,
                       range.minimum,
                       range.maximum,
-                      0,
-                      2);
+                      code ? int(PropertiesListBuilder::WholeNumbers) : 0,
+                      code ? 0 : 2);
         }
     }
 }
