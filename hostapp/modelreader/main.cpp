@@ -39,8 +39,8 @@ using vantrel::host::modelchannel::PartHeader;
 using vantrel::host::modelchannel::ProtocolVersion;
 
 const char Usage[]
-    = "Usage: vantrel-model-reader VERSION PARENT-PID NODE-DEPTH NODE-COUNT MEMORY-BYTES "
-      "TIME-MS PATH\n"
+    = "Usage: vantrel-model-reader VERSION PARENT-PID NODE-DEPTH NODE-COUNT VERTEX-COUNT "
+      "TRIANGLE-COUNT MEMORY-BYTES TIME-MS PATH\n"
       "Reads one model file for the vantrel program that started it and sends the mesh\n"
       "through file descriptor 3. Not meant to be run by hand.\n";
 
@@ -157,16 +157,21 @@ bool parseNumber(const char *text, long long minimum, long long maximum, long lo
 // The limits from the command line, in the order of Usage; false when any is malformed.
 bool parseLimits(char **arguments, long long *parent, ModelFile::Limits *limits)
 {
-    long long nodeDepth = 0, nodeCount = 0, memory = 0, milliseconds = 0;
+    long long nodeDepth = 0, nodeCount = 0, vertices = 0, triangles = 0, memory = 0,
+              milliseconds = 0;
     constexpr long long Most = 0x7fffffffffffffffLL;
     if (!parseNumber(arguments[0], 1, Most, parent)
         || !parseNumber(arguments[1], 1, 0x7fffffff, &nodeDepth)
         || !parseNumber(arguments[2], 1, Most, &nodeCount)
-        || !parseNumber(arguments[3], 1, Most, &memory)
-        || !parseNumber(arguments[4], 1, 0x7fffffff, &milliseconds))
+        || !parseNumber(arguments[3], 1, ModelFile::MostVertices, &vertices)
+        || !parseNumber(arguments[4], 1, 2 * ModelFile::MostVertices, &triangles)
+        || !parseNumber(arguments[5], 1, Most, &memory)
+        || !parseNumber(arguments[6], 1, 0x7fffffff, &milliseconds))
         return false;
     limits->nodeDepth = int(nodeDepth);
     limits->nodeCount = nodeCount;
+    limits->vertexCount = vertices;
+    limits->triangleCount = triangles;
     limits->memoryBytes = memory;
     limits->timeMilliseconds = int(milliseconds);
     return true;
@@ -201,7 +206,7 @@ int main(int argc, char *argv[])
     }
     long long parent = 0;
     ModelFile::Limits limits;
-    if (argc != 8 || std::strcmp(argv[1], ProtocolVersion) != 0
+    if (argc != 10 || std::strcmp(argv[1], ProtocolVersion) != 0
         || !parseLimits(argv + 2, &parent, &limits)) {
         std::fputs(Usage, stderr);
         return 2;
@@ -219,5 +224,5 @@ int main(int argc, char *argv[])
     // watch the memory itself.
     if (!sendHeader(Kind::Ready))
         return 1;
-    return sendAnswer(QFile::decodeName(argv[7]), limits) ? 0 : 1;
+    return sendAnswer(QFile::decodeName(argv[9]), limits) ? 0 : 1;
 }

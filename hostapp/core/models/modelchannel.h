@@ -24,18 +24,23 @@ namespace vantrel::host::modelchannel {
 // The reader's end of the pipe, and the first word of its command line: a reader built from
 // other sources refuses to start rather than misread its arguments or send other structures.
 constexpr int ChannelFd = 3;
-constexpr char ProtocolVersion[] = "vantrel-model-channel-1";
+constexpr char ProtocolVersion[] = "vantrel-model-channel-2";
 
 // The reader's messages. Each starts with a MessageHeader; a mesh follows with a PartHeader, the
 // vertex records and the indices of each part. Both ends are built from the same sources for the
-// same machine, so the structures travel as they are in memory. Ready comes first, then exactly
-// one of the others.
+// same machine, so the structures travel as they are in memory. Ready comes first, then any
+// number of Progress messages, then exactly one of the others.
 enum class Kind : quint32 {
     Refusal = 1,     // count bytes of UTF-8 follow: why the file cannot be read
     OutOfMemory = 2, // reading needed more memory than the limit allowed
     Mesh = 3,        // count parts, with vertexCount vertices and indexCount indices in all
     Ready = 4,       // the reader has started and set its limits, and opens the file next
+    Progress = 5,    // count thousandths of the reading are done (the mesh's sending excluded)
 };
+
+// The share of the whole load the reader's Progress messages cover; the rest is the sending of
+// the mesh, which the receiving side measures by the bytes it has received.
+constexpr double ReadingShare = 0.8;
 
 struct MessageHeader
 {

@@ -5,9 +5,14 @@
 #include "hostapp/core/files/filecache.h"
 #include "hostapp/core/files/filechecks.h"
 #include "hostapp/core/models/modelreaderprocess.h"
+#include "hostapp/core/models/modelreadprogress.h"
 
 #include <QFile>
 #include <QFileInfo>
+
+#include <algorithm>
+
+#include <unistd.h>
 
 namespace vantrel::host {
 
@@ -42,6 +47,32 @@ QString problemBeforeReading(const QString &path)
 
 } // namespace
 
+qint64 ModelFile::machineMemory()
+{
+    static const qint64 s_memory = [] {
+        const long pages = ::sysconf(_SC_PHYS_PAGES);
+        const long pageSize = ::sysconf(_SC_PAGESIZE);
+        // A system that will not say is taken as a small machine of 2 GiB.
+        return pages > 0 && pageSize > 0 ? qint64(pages) * pageSize : qint64(2) << 30;
+    }();
+    return s_memory;
+}
+
+qint64 ModelFile::readMemory()
+{
+    return machineMemory() / 2;
+}
+
+qint64 ModelFile::vertexLimit()
+{
+    return std::min(MostVertices, readMemory() / BytesPerVertex);
+}
+
+qint64 ModelFile::triangleLimit()
+{
+    return 2 * vertexLimit();
+}
+
 MeshPtr ModelFile::load(const QString &path, QString *errorMessage)
 {
     return s_cache.load(path, errorMessage, [](const QString &file, QString *error) {
@@ -52,7 +83,15 @@ MeshPtr ModelFile::load(const QString &path, QString *errorMessage)
 MeshPtr ModelFile::read(const QString &path, const Limits &limits, QString *errorMessage)
 {
     QString problem = problemBeforeReading(path);
-    MeshPtr mesh = problem.isEmpty() ? ModelReaderProcess::read(path, limits, &problem) : nullptr;
+    MeshPtr mesh;
+    if (problem.isEmpty()) {
+        ModelReadProgress *progress = ModelReadProgress::current();
+        if (progress)
+            progress->started(path);
+        mesh = ModelReaderProcess::read(path, limits, progress, &problem);
+        if (progress)
+            progress->finished();
+    }
     if (!mesh && errorMessage)
         *errorMessage = QStringLiteral("%1: %2").arg(path, problem);
     return mesh;

@@ -31,19 +31,33 @@ class VANTREL_HOST_EXPORT ModelFile
 {
 public:
     // Limits that keep an absurd or hostile file from exhausting memory. A model beyond them is
-    // refused. The counts are those of the finished mesh, after identical vertices are joined
-    // and with every placement of an instanced piece counted.
-    static constexpr qint64 MaximumFileSize = qint64(512) << 20; // bytes (512 MiB)
-    static constexpr int MaximumVertexCount = 5000000;
-    static constexpr int MaximumTriangleCount = 10000000;
+    // refused. The counts are those of the finished mesh, with every placement of an instanced
+    // piece counted; they are read from the file's header where its format has one (PLY, STL)
+    // and otherwise from the importer's first look, before any heavy work.
+    static constexpr qint64 MaximumFileSize = qint64(2) << 30; // bytes (2 GiB)
     // The file's node tree: levels below the top (whose own nodes are level 1), and nodes in all
     // with a node counted once for each path that reaches it, as the importer copies it.
     static constexpr int MaximumNodeDepth = 256;
     static constexpr qint64 MaximumNodeCount = 100000;
-    // What reading one model may take: memory beyond what the program already uses, and time
-    // (wall clock, and processor time in the reading process).
-    static constexpr qint64 MaximumReadMemory = qint64(4096) << 20; // bytes (4 GiB)
     static constexpr int MaximumReadSeconds = 60;
+
+    // What reading, keeping and drawing one vertex of a model takes at most, in bytes: the
+    // importer's copy of the file's vertex and its two triangles while the file is read, the
+    // 60-byte vertex record and the triangles' indices kept in the scene, and the copy the
+    // graphics driver keeps to draw them.
+    static constexpr qint64 BytesPerVertex = 256;
+    // The largest vertex count any machine allows: indices and counts stay well inside 32 bits.
+    static constexpr qint64 MostVertices = 100000000;
+
+    // The memory the machine has (physical memory), and the share of it model reading may
+    // use: half, as one model is read at a time and the program and the system need the rest.
+    static qint64 machineMemory();
+    static qint64 readMemory();
+    // The vertex limit from that share (half the memory at BytesPerVertex a vertex, at most
+    // MostVertices): 50 million on a machine with 24 GiB. A closed surface has about two
+    // triangles per vertex, so the triangle limit is twice the vertex limit.
+    static qint64 vertexLimit();
+    static qint64 triangleLimit();
 
     // The limits of one reading; load() reads with the defaults. Tests narrow them to reach a
     // limit quickly, or widen the node checks to let a hostile graph through to the importer.
@@ -51,7 +65,11 @@ public:
     {
         int nodeDepth = MaximumNodeDepth;
         qint64 nodeCount = MaximumNodeCount;
-        qint64 memoryBytes = MaximumReadMemory;
+        qint64 vertexCount = vertexLimit();
+        qint64 triangleCount = triangleLimit();
+        // What reading one model may take: memory beyond what the reading process itself uses,
+        // and time (wall clock, and processor time in the reading process).
+        qint64 memoryBytes = readMemory();
         int timeMilliseconds = MaximumReadSeconds * 1000;
     };
 

@@ -197,12 +197,12 @@ bool ModelImport::read(const QString &path,
         *problem = QStringLiteral("contains no triangles");
         return false;
     }
-    const qint64 rawLimit = UnjoinedVertexFactor * ModelFile::MaximumVertexCount;
+    const qint64 rawLimit = UnjoinedVertexFactor * limits.vertexCount;
     if (placedVertexCount(*scene, rawLimit) > rawLimit) {
         *problem = QStringLiteral("more than %1 vertices before identical ones are joined; "
                                   "models are limited to %2 vertices")
                        .arg(rawLimit)
-                       .arg(ModelFile::MaximumVertexCount);
+                       .arg(limits.vertexCount);
         return false;
     }
     scene = importer.ApplyPostProcessing(aiProcess_Triangulate | aiProcess_FindDegenerates
@@ -221,16 +221,16 @@ bool ModelImport::read(const QString &path,
         vertexCount += scene->mMeshes[m]->mNumVertices;
         triangleCount += scene->mMeshes[m]->mNumFaces;
     }
-    if (vertexCount > ModelFile::MaximumVertexCount) {
+    if (vertexCount > limits.vertexCount) {
         *problem = QStringLiteral("%1 vertices; models are limited to %2")
                        .arg(vertexCount)
-                       .arg(ModelFile::MaximumVertexCount);
+                       .arg(limits.vertexCount);
         return false;
     }
-    if (triangleCount > ModelFile::MaximumTriangleCount) {
+    if (triangleCount > limits.triangleCount) {
         *problem = QStringLiteral("%1 triangles; models are limited to %2")
                        .arg(triangleCount)
-                       .arg(ModelFile::MaximumTriangleCount);
+                       .arg(limits.triangleCount);
         return false;
     }
 

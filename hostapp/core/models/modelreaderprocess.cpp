@@ -5,6 +5,7 @@
 #include "hostapp/core/files/programfolders.h"
 
 #include "hostapp/core/models/modelchannel.h"
+#include "hostapp/core/models/modelreadprogress.h"
 
 #include <QByteArray>
 #include <QFile>
@@ -36,10 +37,13 @@ using modelchannel::MaximumRefusalBytes;
 using modelchannel::MessageHeader;
 using modelchannel::PartHeader;
 using modelchannel::ProtocolVersion;
+using modelchannel::ReadingShare;
 using Clock = std::chrono::steady_clock;
 
 // How often the reader's memory is looked at where no address-space limit can be set.
 constexpr int MemoryWatchMilliseconds = 20;
+// How often the progress observer hears from a reading, moved or not.
+constexpr int ProgressMilliseconds = 100;
 
 // A process's resident memory in bytes, from /proc; zero when unknown.
 qint64 residentMemoryOf(pid_t pid)
@@ -63,14 +67,28 @@ qint64 residentMemoryOf(pid_t pid)
 class Receiver
 {
 public:
-    enum class Stop { None, Closed, TimedOut, OutOfMemory, Failed };
+    enum class Stop { None, Closed, TimedOut, OutOfMemory, Cancelled, Failed };
 
-    Receiver(int fd, pid_t child, const ModelFile::Limits &limits)
+    Receiver(int fd, pid_t child, const ModelFile::Limits &limits, ModelReadProgress *progress)
         : m_fd(fd)
         , m_child(child)
         , m_deadline(Clock::now() + std::chrono::milliseconds(limits.timeMilliseconds))
         , m_memoryBudget(limits.memoryBytes)
+        , m_progress(progress)
     {}
+
+    // The reader's own share of the work done, in thousandths.
+    void setReadingDone(quint32 thousandths)
+    {
+        m_fraction = ReadingShare * std::min(1000u, thousandths) / 1000.;
+    }
+
+    // From now on the share done follows the bytes received, up to bytes in all.
+    void expectMesh(quint64 bytes)
+    {
+        m_meshBytes = std::max<quint64>(1, bytes);
+        m_meshReceived = 0;
+    }
 
     // From now on the reader's resident memory beyond what it holds now counts against the
     // budget; called when the reader says it is ready, before it opens the file.
@@ -101,6 +119,11 @@ public:
             }
             bytes += got;
             size -= std::size_t(got);
+            if (m_meshBytes > 0) {
+                m_meshReceived += quint64(got);
+                m_fraction = ReadingShare
+                             + (1. - ReadingShare) * double(m_meshReceived) / double(m_meshBytes);
+            }
         }
         return true;
     }
@@ -125,11 +148,17 @@ private:
                 m_stop = Stop::OutOfMemory;
                 return false;
             }
+            if (!report()) {
+                m_stop = Stop::Cancelled;
+                return false;
+            }
             pollfd pipe = {m_fd, POLLIN, 0};
-            const int wait = m_residentAtStart > 0
-                                 ? int(std::min<qint64>(left.count(), MemoryWatchMilliseconds))
-                                 : int(std::min<qint64>(left.count(), 60000));
-            const int ready = ::poll(&pipe, 1, wait);
+            qint64 wait = std::min<qint64>(left.count(), 60000);
+            if (m_residentAtStart > 0)
+                wait = std::min<qint64>(wait, MemoryWatchMilliseconds);
+            if (m_progress)
+                wait = std::min<qint64>(wait, ProgressMilliseconds);
+            const int ready = ::poll(&pipe, 1, int(wait));
             if (ready > 0)
                 return true; // data, or the end of the pipe: the read tells which
             if (ready < 0 && errno != EINTR) {
@@ -139,10 +168,28 @@ private:
         }
     }
 
+    // Tells the observer the share done when it last heard more than ProgressMilliseconds ago;
+    // false when it cancels.
+    bool report()
+    {
+        if (!m_progress)
+            return true;
+        const Clock::time_point now = Clock::now();
+        if (now - m_reported < std::chrono::milliseconds(ProgressMilliseconds))
+            return true;
+        m_reported = now;
+        return m_progress->progressed(m_fraction);
+    }
+
     const int m_fd;
     const pid_t m_child;
     const Clock::time_point m_deadline;
     const qint64 m_memoryBudget;
+    ModelReadProgress *const m_progress;
+    Clock::time_point m_reported = Clock::now();
+    double m_fraction = 0;
+    quint64 m_meshBytes = 0; // zero until the mesh is being received
+    quint64 m_meshReceived = 0;
     qint64 m_residentAtStart = 0; // zero: not watched (the system limits the reader's memory)
     Stop m_stop = Stop::None;
 };
@@ -164,12 +211,14 @@ struct Answer
 
 // The counts are checked against the limits before anything is allocated, and every index
 // against its part before the part is kept.
-Answer receiveMesh(Receiver &in, const MessageHeader &header)
+Answer receiveMesh(Receiver &in, const MessageHeader &header, const ModelFile::Limits &limits)
 {
-    if (header.vertexCount > quint64(ModelFile::MaximumVertexCount)
-        || header.indexCount > 3 * quint64(ModelFile::MaximumTriangleCount) || header.count == 0
+    if (header.vertexCount > quint64(limits.vertexCount)
+        || header.indexCount > 3 * quint64(limits.triangleCount) || header.count == 0
         || header.count > header.indexCount / 3)
         return {Answer::Malformed};
+    in.expectMesh(header.count * sizeof(PartHeader) + header.vertexCount * sizeof(VertexRecord)
+                  + header.indexCount * sizeof(quint32));
     std::vector<std::unique_ptr<MeshPart>> parts;
     parts.reserve(header.count);
     quint64 vertexCount = 0;
@@ -203,7 +252,7 @@ Answer receiveMesh(Receiver &in, const MessageHeader &header)
     return {Answer::Mesh, QString(), std::make_shared<const Mesh>(std::move(parts))};
 }
 
-Answer receiveAnswer(Receiver &in)
+Answer receiveAnswer(Receiver &in, const ModelFile::Limits &limits)
 {
     MessageHeader header;
     if (!in.read(&header, sizeof header))
@@ -211,8 +260,12 @@ Answer receiveAnswer(Receiver &in)
     if (Kind(header.kind) != Kind::Ready)
         return {Answer::Malformed};
     in.watchMemoryFromNow();
-    if (!in.read(&header, sizeof header))
-        return {};
+    do {
+        if (!in.read(&header, sizeof header))
+            return {};
+        if (Kind(header.kind) == Kind::Progress)
+            in.setReadingDone(header.count);
+    } while (Kind(header.kind) == Kind::Progress);
     switch (Kind(header.kind)) {
     case Kind::Refusal: {
         if (header.count > quint32(MaximumRefusalBytes))
@@ -225,8 +278,9 @@ Answer receiveAnswer(Receiver &in)
     case Kind::OutOfMemory:
         return {Answer::OutOfMemory};
     case Kind::Mesh:
-        return receiveMesh(in, header);
+        return receiveMesh(in, header, limits);
     case Kind::Ready:
+    case Kind::Progress:
         break;
     }
     return {Answer::Malformed};
@@ -270,6 +324,8 @@ int startReader(const QString &path, const ModelFile::Limits &limits, int channe
                                QByteArray::number(qint64(::getpid())),
                                QByteArray::number(limits.nodeDepth),
                                QByteArray::number(limits.nodeCount),
+                               QByteArray::number(limits.vertexCount),
+                               QByteArray::number(limits.triangleCount),
                                QByteArray::number(limits.memoryBytes),
                                QByteArray::number(limits.timeMilliseconds),
                                QFile::encodeName(path)};
@@ -307,8 +363,10 @@ QString cannotStart(int error)
 
 } // namespace
 
-MeshPtr
-ModelReaderProcess::read(const QString &path, const ModelFile::Limits &limits, QString *problem)
+MeshPtr ModelReaderProcess::read(const QString &path,
+                                 const ModelFile::Limits &limits,
+                                 ModelReadProgress *progress,
+                                 QString *problem)
 {
     // The reader's end is moved above the descriptors the reader is given, so that making it
     // descriptor 3 is always a real copy, which clears its close-on-exec flag.
@@ -334,8 +392,8 @@ ModelReaderProcess::read(const QString &path, const ModelFile::Limits &limits, Q
         return nullptr;
     }
 
-    Receiver receiver(pipe[0], child, limits);
-    const Answer answer = receiveAnswer(receiver);
+    Receiver receiver(pipe[0], child, limits, progress);
+    const Answer answer = receiveAnswer(receiver, limits);
     const bool complete = answer.kind == Answer::Refusal || answer.kind == Answer::OutOfMemory
                           || answer.kind == Answer::Mesh;
     if (!complete)
@@ -345,6 +403,10 @@ ModelReaderProcess::read(const QString &path, const ModelFile::Limits &limits, Q
     int status = 0;
     const bool ended = waitForExit(child, &status);
 
+    if (receiver.stop() == Receiver::Stop::Cancelled) {
+        *problem = QStringLiteral("reading was cancelled");
+        return nullptr;
+    }
     if (receiver.stop() == Receiver::Stop::TimedOut) {
         *problem = tookTooLong(limits);
         return nullptr;

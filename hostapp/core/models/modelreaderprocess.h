@@ -9,6 +9,8 @@
 
 namespace vantrel::host {
 
+class ModelReadProgress;
+
 // Reads a model file in a process of its own, so that whatever the importer does with a hostile
 // or damaged file stays there: a crash, an endless loop, or an appetite for memory ends that
 // process, and this one reports it and carries on with the user's scene as it was.
@@ -25,14 +27,18 @@ namespace vantrel::host {
 // The reader sends its answer through a pipe: a header with the counts, then the vertex records
 // and indices of each part. This side checks every count against ModelFile's limits before it
 // allocates anything, and every index against its part, so the channel cannot make it allocate
-// without bound or draw outside a part. Messages carry a kind, so that a later kind (progress
-// while a large model is read) can precede the answer.
+// without bound or draw outside a part. Progress messages precede the answer while a large model
+// is read; the mesh itself streams through the pipe as the reader builds it.
 class ModelReaderProcess
 {
 public:
     // The model at path, or null with *problem set (without the path). The file is not checked
-    // here (see ModelFile::read for what is checked first).
-    static MeshPtr read(const QString &path, const ModelFile::Limits &limits, QString *problem);
+    // here (see ModelFile::read for what is checked first). progress, when not null, hears how
+    // far the reading is at least every 100 ms and may cancel it ("reading was cancelled").
+    static MeshPtr read(const QString &path,
+                        const ModelFile::Limits &limits,
+                        ModelReadProgress *progress,
+                        QString *problem);
 };
 
 } // namespace vantrel::host

@@ -35,22 +35,25 @@ void computeTangentFrames(std::vector<VertexRecord> &vertices, const std::vector
             bitangents[i] = AddVectors(bitangents[i], ScaleVector(bitangent, sign));
         }
     }
-    for (std::size_t i = 0; i < vertices.size(); ++i) {
-        VertexRecord &v = vertices[i];
-        const Vector3 normal = vertexVector(v.normal);
-        Vector3 tangent
-            = SubtractVectors(tangents[i], ScaleVector(normal, DotProduct(normal, tangents[i])));
-        // A vertex without usable texture directions still needs a valid frame.
-        const Vector3 axis = std::abs(normal.x) < 0.9f ? Vector3(1, 0, 0) : Vector3(0, 1, 0);
-        tangent = unitVertexVector(tangent,
-                                   unitVertexVector(CrossProduct(axis, normal), Vector3(1, 0, 0)));
-        const Vector3 side = CrossProduct(normal, tangent);
-        // Faces are printed as seen from outside, a left-handed frame; so is a vertex without one.
-        const float handedness = DotProduct(side, bitangents[i]) > 0.f ? 1.f : -1.f;
-        setVertexVector(v.tangent, tangent);
-        v.tangent[3] = handedness;
-        setVertexVector(v.bitangent, ScaleVector(side, handedness));
-    }
+    for (std::size_t i = 0; i < vertices.size(); ++i)
+        completeTangentFrame(vertices[i], tangents[i], bitangents[i]);
+}
+
+void completeTangentFrame(VertexRecord &v, const Vector3 &tangentSum, const Vector3 &bitangentSum)
+{
+    const Vector3 normal = vertexVector(v.normal);
+    Vector3 tangent
+        = SubtractVectors(tangentSum, ScaleVector(normal, DotProduct(normal, tangentSum)));
+    // A vertex without usable texture directions still needs a valid frame.
+    const Vector3 axis = std::abs(normal.x) < 0.9f ? Vector3(1, 0, 0) : Vector3(0, 1, 0);
+    tangent
+        = unitVertexVector(tangent, unitVertexVector(CrossProduct(axis, normal), Vector3(1, 0, 0)));
+    const Vector3 side = CrossProduct(normal, tangent);
+    // Faces are printed as seen from outside, a left-handed frame; so is a vertex without one.
+    const float handedness = DotProduct(side, bitangentSum) > 0.f ? 1.f : -1.f;
+    setVertexVector(v.tangent, tangent);
+    v.tangent[3] = handedness;
+    setVertexVector(v.bitangent, ScaleVector(side, handedness));
 }
 
 } // namespace vantrel::host

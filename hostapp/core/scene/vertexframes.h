@@ -42,4 +42,10 @@ inline Vector3 unitVertexVector(const Vector3 &v, const Vector3 &fallback)
 VANTREL_HOST_EXPORT void computeTangentFrames(std::vector<VertexRecord> &vertices,
                                               const std::vector<quint32> &indices);
 
+// The frame of one vertex from its unit normal and the texture directions summed over its
+// triangles; zero sums (a model without texture coordinates) give some frame perpendicular to
+// the normal, as computeTangentFrames gives such a vertex.
+VANTREL_HOST_EXPORT void
+completeTangentFrame(VertexRecord &v, const Vector3 &tangentSum, const Vector3 &bitangentSum);
+
 } // namespace vantrel::host
