@@ -10,6 +10,7 @@
 #include "hostapp/core/scene/generators/externalmodelgenerator.h"
 #include "hostapp/core/scene/meshnode.h"
 #include "hostapp/core/scene/scenenode.h"
+#include "hostapp/desktop/modelreadprogressdialog.h"
 #include "hostapp/desktop/shapenames.h"
 
 #include <assimp/Importer.hpp>
@@ -20,6 +21,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -186,9 +188,18 @@ INode *AddMenu::importModel(const QString &path)
     // The file is read before anything changes: one that cannot be read adds nothing.
     auto generator = createGenerator(ExternalModelGenerator::s_typeId);
     auto *model = static_cast<ExternalModelGenerator *>(generator.get());
+    const int cancels = ModelReadProgressDialog::cancelsSoFar();
     model->setPath(QFileInfo(path).absoluteFilePath());
     if (!model->refusal().isEmpty()) {
         const QString message = model->refusal();
+        // The user pressed Cancel in the reading's dialog: nothing went wrong that needs a box
+        // to be closed; the status bar only confirms that nothing was added.
+        auto *window = qobject_cast<QMainWindow *>(m_menu->parentWidget());
+        if (ModelReadProgressDialog::cancelsSoFar() != cancels && window) {
+            window->statusBar()->showMessage(message,
+                                             ModelReadProgressDialog::CancelMessageMilliseconds);
+            return nullptr;
+        }
         emit importErrorShown(message);
         QMessageBox::warning(m_menu->parentWidget(), QStringLiteral("Import Model"), message);
         return nullptr;

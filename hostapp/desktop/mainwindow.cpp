@@ -12,6 +12,7 @@
 #include "hostapp/desktop/addmenu.h"
 #include "hostapp/desktop/desktopuserinterface.h"
 #include "hostapp/desktop/editactions.h"
+#include "hostapp/desktop/modelreadprogressdialog.h"
 #include "hostapp/desktop/propertiespanel.h"
 #include "hostapp/desktop/scenetreeview.h"
 #include "hostapp/desktop/sceneview.h"
@@ -85,6 +86,7 @@ MainWindow::MainWindow(QString pluginPath, const QString &settingsPath, QWidget 
         if (m_session)
             m_session->document().history().setNextStepName(QString());
     });
+    m_readProgress = std::make_unique<ModelReadProgressDialog>(this);
     buildMenus();
     resize(1280, 800);
     restoreLayout();

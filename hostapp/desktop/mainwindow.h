@@ -23,6 +23,7 @@ namespace vantrel::host {
 class AddMenu;
 class DesktopUserInterface;
 class EditActions;
+class ModelReadProgressDialog;
 class Document;
 class SceneTreeView;
 class SceneView;
@@ -127,6 +128,8 @@ private:
     AddMenu *m_addMenu = nullptr;
     EditActions *m_editActions = nullptr;
     QLabel *m_status = nullptr;
+    // Reports every model reading started in this window, with Cancel.
+    std::unique_ptr<ModelReadProgressDialog> m_readProgress;
     std::vector<std::pair<QAction *, ITool *>> m_toolActions;
     bool m_updatePending = false;
 };

@@ -10,6 +10,7 @@
 #include "hostapp/core/files/scenefile.h"
 #include "hostapp/desktop/addmenu.h"
 #include "hostapp/desktop/editactions.h"
+#include "hostapp/desktop/modelreadprogressdialog.h"
 #include "hostapp/render/exportcommand.h"
 
 #include <QAction>
@@ -144,7 +145,14 @@ bool MainWindow::openFile(const QString &path)
     // The file is read before the question about unsaved changes: a file that cannot be opened
     // needs no decision about the open one, which stays as it is.
     QString error;
+    const int cancels = ModelReadProgressDialog::cancelsSoFar();
     std::unique_ptr<Document> loaded = SceneFile::load(path, &error);
+    if (!loaded && ModelReadProgressDialog::cancelsSoFar() != cancels) {
+        // The user stopped one of the scene's models from being read: the open scene stays, and
+        // the status bar says why the other did not open, with no box to close.
+        statusBar()->showMessage(error, ModelReadProgressDialog::CancelMessageMilliseconds);
+        return false;
+    }
     if (!loaded) {
         showFileError(QStringLiteral("Open Scene"), error);
         // A recent file that is gone is dropped from the list; one that is there but unreadable

@@ -3,6 +3,7 @@
 #include "hostapp/core/commands/runcommand.h"
 
 #include "hostapp/core/commands/session.h"
+#include "hostapp/core/commands/terminalreadprogress.h"
 #include "hostapp/core/files/filechecks.h"
 #include "hostapp/core/files/scenefile.h"
 
@@ -42,6 +43,10 @@ int runScripts(const RunOptions &options,
         err.flush();
         return 1;
     };
+    // Large models take seconds to read, in the scene file or from a script: on a terminal the
+    // user sees how far the reading is.
+    const std::unique_ptr<TerminalReadProgress> progress
+        = TerminalReadProgress::forErrorOutput(err);
     // A save that cannot happen is found before the scripts run, not after.
     if (!options.savePath.isEmpty()) {
         const QString problem = outputFileProblem(options.savePath);

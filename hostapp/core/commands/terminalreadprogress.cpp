@@ -1,0 +1,93 @@
+// Copyright (C) 2026 The vantrel-tools authors
+// SPDX-License-Identifier: MIT
+#include "hostapp/core/commands/terminalreadprogress.h"
+
+#include <QFileInfo>
+#include <QTextStream>
+
+#include <algorithm>
+#include <cmath>
+
+#include <unistd.h>
+
+namespace vantrel::host {
+
+TerminalReadProgress::TerminalReadProgress(QTextStream &err)
+    : m_err(err)
+    , m_scope(this)
+{}
+
+TerminalReadProgress::~TerminalReadProgress() = default;
+
+std::unique_ptr<TerminalReadProgress> TerminalReadProgress::forErrorOutput(QTextStream &err)
+{
+    if (::isatty(STDERR_FILENO) != 1)
+        return nullptr;
+    return std::make_unique<TerminalReadProgress>(err);
+}
+
+QString TerminalReadProgress::progressLine(const QString &fileName, double fraction)
+{
+    const int percent = int(std::floor(std::clamp(fraction, 0.0, 1.0) * 100));
+    return QStringLiteral("Reading %1: %2 %").arg(fileName).arg(percent);
+}
+
+QString TerminalReadProgress::doneLine(const QString &fileName, qint64 milliseconds)
+{
+    return QStringLiteral("Reading %1: done in %2 s")
+        .arg(fileName, QString::number(double(milliseconds) / 1000, 'f', 1));
+}
+
+void TerminalReadProgress::started(const QString &path)
+{
+    // A reading inside a reading (none is expected) keeps the outer one's line.
+    if (m_depth++ > 0)
+        return;
+    m_fileName = QFileInfo(path).fileName();
+    m_fraction = 0;
+    m_drawn.clear();
+    m_clock.start();
+}
+
+bool TerminalReadProgress::progressed(double fraction)
+{
+    if (m_depth > 1)
+        return true;
+    m_fraction = fraction;
+    const qint64 now = m_clock.elapsed();
+    if (now < ShowAfterMilliseconds || (!m_drawn.isEmpty() && now - m_drawnAt < RedrawMilliseconds))
+        return true;
+    const QString text = progressLine(m_fileName, fraction);
+    if (text != m_drawn) {
+        draw(text);
+        m_drawnAt = now;
+    }
+    return true; // a terminal has no Cancel: Ctrl+C ends the whole program
+}
+
+void TerminalReadProgress::finished()
+{
+    if (m_depth == 0 || --m_depth > 0 || m_drawn.isEmpty())
+        return;
+    // The observer is not told whether the mesh arrived; a reader that got to the end of the
+    // file has read it, and anything short of that is a failure the command reports itself.
+    if (m_fraction >= 1) {
+        draw(doneLine(m_fileName, m_clock.elapsed()));
+        m_err << '\n';
+    } else {
+        draw(QString());
+        m_err << '\r';
+    }
+    m_err.flush();
+    m_drawn.clear();
+}
+
+void TerminalReadProgress::draw(const QString &text)
+{
+    const int cover = std::max(0, int(m_drawn.size() - text.size()));
+    m_err << '\r' << text << QString(cover, QLatin1Char(' '));
+    m_err.flush();
+    m_drawn = text;
+}
+
+} // namespace vantrel::host
