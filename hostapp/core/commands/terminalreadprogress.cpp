@@ -32,9 +32,9 @@ QString TerminalReadProgress::progressLine(const QString &fileName, double fract
     return QStringLiteral("Reading %1: %2 %").arg(fileName).arg(percent);
 }
 
-QString TerminalReadProgress::doneLine(const QString &fileName, qint64 milliseconds)
+QString TerminalReadProgress::endLine(const QString &fileName, qint64 milliseconds)
 {
-    return QStringLiteral("Reading %1: done in %2 s")
+    return QStringLiteral("Reading %1: took %2 s")
         .arg(fileName, QString::number(double(milliseconds) / 1000, 'f', 1));
 }
 
@@ -44,7 +44,6 @@ void TerminalReadProgress::started(const QString &path)
     if (m_depth++ > 0)
         return;
     m_fileName = QFileInfo(path).fileName();
-    m_fraction = 0;
     m_drawn.clear();
     m_clock.start();
 }
@@ -53,7 +52,6 @@ bool TerminalReadProgress::progressed(double fraction)
 {
     if (m_depth > 1)
         return true;
-    m_fraction = fraction;
     const qint64 now = m_clock.elapsed();
     if (now < ShowAfterMilliseconds || (!m_drawn.isEmpty() && now - m_drawnAt < RedrawMilliseconds))
         return true;
@@ -69,15 +67,10 @@ void TerminalReadProgress::finished()
 {
     if (m_depth == 0 || --m_depth > 0 || m_drawn.isEmpty())
         return;
-    // The observer is not told whether the mesh arrived; a reader that got to the end of the
-    // file has read it, and anything short of that is a failure the command reports itself.
-    if (m_fraction >= 1) {
-        draw(doneLine(m_fileName, m_clock.elapsed()));
-        m_err << '\n';
-    } else {
-        draw(QString());
-        m_err << '\r';
-    }
+    // The observer is not told whether the mesh arrived, so the line ends with what is true
+    // either way, the time the reading took; a failure's message follows on the next line.
+    draw(endLine(m_fileName, m_clock.elapsed()));
+    m_err << '\n';
     m_err.flush();
     m_drawn.clear();
 }

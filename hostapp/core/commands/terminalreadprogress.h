@@ -15,11 +15,10 @@ class QTextStream;
 namespace vantrel::host {
 
 // What `vantrel run`, `render` and `export` show on a terminal while a model file is read: one
-// line that rewrites itself, "Reading scan.ply: 45 %", ending as "Reading scan.ply: done in
-// 3.2 s", or wiped when the reading failed (the command prints the error itself). A reading
-// shorter than half a second shows nothing, so a script that reads many small models prints
-// nothing extra. Nothing at all is shown when the error output is no terminal: scripts and tests
-// read it.
+// line that rewrites itself, "Reading scan.ply: 45 %", ending as "Reading scan.ply: took 3.2 s"
+// (a failure's message follows it, printed by the command). A reading shorter than half a second
+// shows nothing, so a script that reads many small models prints nothing extra. Nothing at all is
+// shown when the error output is no terminal: scripts and tests read it.
 class VANTREL_HOST_EXPORT TerminalReadProgress final : public ModelReadProgress
 {
 public:
@@ -41,7 +40,7 @@ public:
     // The line's texts, without the carriage return that rewrites it. The percentage is rounded
     // down, so that 100 % means read to the end.
     static QString progressLine(const QString &fileName, double fraction);
-    static QString doneLine(const QString &fileName, qint64 milliseconds);
+    static QString endLine(const QString &fileName, qint64 milliseconds);
 
 private:
     // Rewrites the line on the screen with text, padded to cover the longer line before it.
@@ -52,7 +51,6 @@ private:
     QElapsedTimer m_clock;
     qint64 m_drawnAt = 0;
     QString m_drawn; // the line on the screen, empty when none
-    double m_fraction = 0;
     int m_depth = 0;
     ModelReadProgress::Scope m_scope;
 };
