@@ -5,6 +5,7 @@
 // no error box for a stop the user asked for, and the window goes on working.
 #include "hostapp/core/document/document.h"
 #include "hostapp/desktop/addmenu.h"
+#include "tests/support/gridply.h"
 #include "tests/support/mainwindowdriver.h"
 #include "tests/support/windowdriver.h"
 
@@ -24,42 +25,6 @@
 namespace vantrel::test {
 
 namespace {
-
-// A flat grid of side × side vertices as a binary PLY, two triangles to a cell. 1000 × 1000 is
-// 38 MB and takes seconds to read: far longer than the dialog waits before it shows.
-void writeGridPly(const QString &path, int side)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    const qint64 cells = qint64(side - 1) * (side - 1);
-    file.write("ply\nformat binary_little_endian 1.0\nelement vertex "
-               + QByteArray::number(qint64(side) * side)
-               + "\nproperty float x\nproperty float y\nproperty float z\nelement face "
-               + QByteArray::number(2 * cells)
-               + "\nproperty list uchar int vertex_indices\nend_header\n");
-    QByteArray row;
-    for (int y = 0; y < side; ++y) {
-        row.clear();
-        for (int x = 0; x < side; ++x) {
-            for (float v : {x * 0.1f, y * 0.1f, 0.f})
-                row.append(reinterpret_cast<const char *>(&v), 4);
-        }
-        file.write(row);
-    }
-    for (int y = 0; y + 1 < side; ++y) {
-        row.clear();
-        for (int x = 0; x + 1 < side; ++x) {
-            const qint32 a = y * side + x;
-            for (qint32 i : {a, a + 1, a + side, a + 1, a + side + 1, a + side}) {
-                if (row.size() % 13 == 0)
-                    row.append(char(3));
-                row.append(reinterpret_cast<const char *>(&i), 4);
-            }
-        }
-        file.write(row);
-    }
-    ASSERT_TRUE(file.flush());
-}
 
 bool anyMessageBoxOpen()
 {
@@ -106,8 +71,9 @@ protected:
     QString bigModel()
     {
         const QString path = m_folder.filePath(QStringLiteral("scan.ply"));
-        if (!QFile::exists(path))
-            writeGridPly(path, 1000);
+        if (!QFile::exists(path)) {
+            EXPECT_TRUE(writeGridPly(path, 1000));
+        }
         return path;
     }
 };

@@ -28,7 +28,9 @@ std::unique_ptr<TerminalReadProgress> TerminalReadProgress::forErrorOutput(QText
 
 QString TerminalReadProgress::progressLine(const QString &fileName, double fraction)
 {
-    const int percent = int(std::floor(std::clamp(fraction, 0.0, 1.0) * 100));
+    // Written as a test that NaN fails, so that a reader's nonsense shows as 0 %.
+    const double share = fraction >= 0 ? std::min(fraction, 1.0) : 0.0;
+    const int percent = int(std::floor(share * 100));
     return QStringLiteral("Reading %1: %2 %").arg(fileName).arg(percent);
 }
 
