@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "host/hostexport.h"
 #include "hostapp/core/models/modelfile.h"
 
 #include <QString>
@@ -12,7 +13,7 @@ namespace vantrel::host {
 // importer allocates anything: a PLY file's element counts, a binary STL file's triangle count,
 // and an OBJ file's vertex and face lines (counted by a plain scan of its lines, far quicker than
 // reading them). Other formats are counted from the importer's first look instead.
-class ModelHeader
+class VANTREL_HOST_EXPORT ModelHeader
 {
 public:
     // False with *problem set (without the path) when the file states more vertices or
