@@ -72,7 +72,7 @@ protected:
     {
         const QString path = m_folder.filePath(QStringLiteral("scan.ply"));
         if (!QFile::exists(path)) {
-            EXPECT_TRUE(writeGridPly(path, 1000));
+            EXPECT_TRUE(writeGridPly(path, 1500));
         }
         return path;
     }

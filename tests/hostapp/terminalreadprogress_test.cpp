@@ -78,7 +78,7 @@ TEST(TerminalReadProgressTest, NothingExtraWithoutATerminal)
     QTemporaryDir folder;
     ASSERT_TRUE(folder.isValid());
     const QString model = folder.filePath(QStringLiteral("scan.ply"));
-    ASSERT_TRUE(writeGridPly(model, 700));
+    ASSERT_TRUE(writeGridPly(model, 1000));
     QProcess vantrel;
     vantrel.setProgram(QStringLiteral(VANTREL_PROGRAM));
     vantrel.setArguments(
