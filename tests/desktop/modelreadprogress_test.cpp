@@ -5,6 +5,8 @@
 // no error box for a stop the user asked for, and the window goes on working.
 #include "hostapp/core/document/document.h"
 #include "hostapp/desktop/addmenu.h"
+#include "hostapp/desktop/propertiespanel.h"
+#include "hostapp/desktop/selectionproperties.h"
 #include "tests/support/gridply.h"
 #include "tests/support/mainwindowdriver.h"
 #include "tests/support/windowdriver.h"
@@ -144,6 +146,26 @@ TEST_F(ModelReadProgressTest, CancelledSceneOpeningKeepsTheOpenScene)
     EXPECT_TRUE(
         m_window->statusBar()->currentMessage().endsWith(QStringLiteral(": reading was cancelled")))
         << m_window->statusBar()->currentMessage().toStdString();
+}
+
+// A model path typed into the Properties is refused under the panel, as an unreadable file is;
+// the shape keeps the model it had.
+TEST_F(ModelReadProgressTest, CancelledModelPathKeepsTheShapesModel)
+{
+    const QString jar = QStringLiteral(VANTREL_SOURCE_DIR "/examples/models/jar.obj");
+    ASSERT_NE(m_window->addMenu()->importModel(jar), nullptr); // selected, in the Properties
+    const std::string before = dump();
+    const int steps = document().history().undoCount();
+    const QString big = bigModel();
+    host::SelectionProperties *properties
+        = host::PropertiesPanel::of(m_window->propertiesDock()).properties();
+
+    QString refusal;
+    cancelReading([&] { refusal = properties->panelWrite(QStringLiteral("param.path"), big); });
+    EXPECT_EQ(refusal, big + QStringLiteral(": reading was cancelled"));
+    EXPECT_EQ(dump(), before);
+    EXPECT_EQ(document().history().undoCount(), steps);
+    EXPECT_FALSE(anyMessageBoxOpen());
 }
 
 // A reading started while a modal window is in front (a tool window) shows its dialog over that
