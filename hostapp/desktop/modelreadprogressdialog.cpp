@@ -56,27 +56,33 @@ void ModelReadProgressDialog::started(const QString &path)
                                    parentForDialog());
     m_dialog->setWindowTitle(QStringLiteral("Reading Model"));
     m_dialog->setWindowModality(Qt::WindowModal);
+    // Its own timer would show it after the same time, but only from an event loop, and a
+    // reading runs none before progressed() shows the dialog.
     m_dialog->setMinimumDuration(ShowAfterMilliseconds);
     // The reading ends the dialog, not the bar reaching its end: the mesh still has to arrive.
     m_dialog->setAutoReset(false);
     m_dialog->setAutoClose(false);
-    m_dialog->setValue(0);
 }
 
 bool ModelReadProgressDialog::progressed(double fraction)
 {
-    if (!m_dialog)
-        return !m_cancelled;
-    // The bar may stand still for a while (a reader that cannot tell how far it is), so the
-    // dialog is shown by the clock and not only by QProgressDialog's estimate from moving values.
-    if (!m_dialog->isVisible() && !m_dialog->wasCanceled()
-        && m_clock.elapsed() >= ShowAfterMilliseconds)
-        m_dialog->show();
-    m_dialog->setValue(int(std::lround(std::clamp(fraction, 0.0, 1.0) * Steps)));
-    // Only a shown dialog lets events through: it blocks the window behind it, so the user can
-    // press Cancel and the window repaints, but nothing can start another reading.
-    if (m_dialog && m_dialog->isVisible())
-        QCoreApplication::processEvents();
+    if (m_depth == 0)
+        return true;
+    // Shown by the clock alone: the bar may stand still for a while (a reader that cannot yet
+    // tell how far it is), and QProgressDialog's own estimate would show it early or late.
+    if (m_dialog && !m_dialog->wasCanceled()) {
+        if (!m_dialog->isVisible() && m_clock.elapsed() >= ShowAfterMilliseconds)
+            m_dialog->show();
+        // Only a shown dialog lets events through: it blocks the window behind it, so the user
+        // can press Cancel and the window repaints, but nothing can start another reading.
+        if (m_dialog->isVisible()) {
+            // Written so that NaN fails the test and shows as nothing read.
+            const double share = fraction >= 0 ? std::min(fraction, 1.0) : 0.0;
+            m_dialog->setValue(int(std::lround(share * Steps)));
+            QCoreApplication::processEvents();
+        }
+    }
+    // A dialog gone with its parent counts as Cancel: the user closed what the reading was for.
     if (!m_cancelled && (!m_dialog || m_dialog->wasCanceled())) {
         m_cancelled = true;
         ++m_cancels;

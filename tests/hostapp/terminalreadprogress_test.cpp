@@ -26,8 +26,6 @@ TEST(TerminalReadProgressTest, LineTexts)
               QStringLiteral("Reading scan.ply: 45 %"));
     EXPECT_EQ(TerminalReadProgress::progressLine(QStringLiteral("scan.ply"), 0.999),
               QStringLiteral("Reading scan.ply: 99 %"));
-    EXPECT_EQ(TerminalReadProgress::progressLine(QStringLiteral("a b.obj"), 1),
-              QStringLiteral("Reading a b.obj: 100 %"));
     EXPECT_EQ(TerminalReadProgress::progressLine(QStringLiteral("x.stl"), -0.5),
               QStringLiteral("Reading x.stl: 0 %"));
     EXPECT_EQ(TerminalReadProgress::progressLine(QStringLiteral("x.stl"), 7),

@@ -52,7 +52,7 @@ void TerminalReadProgress::started(const QString &path)
 
 bool TerminalReadProgress::progressed(double fraction)
 {
-    if (m_depth > 1)
+    if (m_depth != 1) // a nested reading, or none started
         return true;
     const qint64 now = m_clock.elapsed();
     if (now < ShowAfterMilliseconds || (!m_drawn.isEmpty() && now - m_drawnAt < RedrawMilliseconds))
