@@ -10,8 +10,8 @@
 
 namespace {
 
-// The grid spans 200 x 200 units whatever its vertex count; the wave's height and length keep
-// its slopes gentle (under 25 degrees).
+// The grid spans 200 x 200 units whatever its vertex count, clear of the floor (z from a quarter
+// to 2.25 times Height); the wave's height and length keep its slopes gentle (under 25 degrees).
 constexpr float Span = 200.f, Height = 4.f, Length = 60.f;
 
 void append(QByteArray &out, const void *data, int size)
@@ -29,22 +29,37 @@ void flush(QSaveFile &file, QByteArray &out, bool force)
     out.clear();
 }
 
-void writeVertices(QSaveFile &file, QByteArray &out, int side, bool normals)
+int sideFor(long long vertices)
+{
+    return std::max(2, int(std::lround(std::sqrt(double(vertices)))));
+}
+
+// The point of the grid at row and column, and its normal: the normal of z = f(x, y) is
+// (-df/dx, -df/dy, 1), normalised.
+void gridPoint(int side, int row, int column, float p[3], float n[3])
 {
     const float step = Span / float(side - 1), k = 2.f * float(M_PI) / Length;
+    const float x = float(column) * step - Span / 2, y = float(row) * step - Span / 2;
+    p[0] = x;
+    p[1] = y;
+    p[2] = Height * (1.25f + std::sin(k * x) * std::cos(0.7f * k * y));
+    const float dx = Height * k * std::cos(k * x) * std::cos(0.7f * k * y);
+    const float dy = -Height * 0.7f * k * std::sin(k * x) * std::sin(0.7f * k * y);
+    const float length = std::sqrt(dx * dx + dy * dy + 1.f);
+    n[0] = -dx / length;
+    n[1] = -dy / length;
+    n[2] = 1.f / length;
+}
+
+void writeVertices(QSaveFile &file, QByteArray &out, int side, bool normals)
+{
     for (int row = 0; row < side; ++row) {
         for (int column = 0; column < side; ++column) {
-            const float x = column * step - Span / 2, y = row * step - Span / 2;
-            const float p[3] = {x, y, Height * std::sin(k * x) * std::cos(0.7f * k * y)};
+            float p[3], n[3];
+            gridPoint(side, row, column, p, n);
             append(out, p, sizeof p);
-            if (normals) {
-                // The normal of z = f(x, y) is (-df/dx, -df/dy, 1), normalised.
-                const float dx = Height * k * std::cos(k * x) * std::cos(0.7f * k * y);
-                const float dy = -Height * 0.7f * k * std::sin(k * x) * std::sin(0.7f * k * y);
-                const float length = std::sqrt(dx * dx + dy * dy + 1.f);
-                const float n[3] = {-dx / length, -dy / length, 1.f / length};
+            if (normals)
                 append(out, n, sizeof n);
-            }
             flush(file, out, false);
         }
     }
@@ -70,7 +85,7 @@ void writeFaces(QSaveFile &file, QByteArray &out, int side)
 GridFile writeGridPly(const QString &folder, long long vertices, bool normals)
 {
     static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN, "the grid is written in the machine's order");
-    const int side = std::max(2, int(std::lround(std::sqrt(double(vertices)))));
+    const int side = sideFor(vertices);
     GridFile grid;
     grid.vertices = qint64(side) * side;
     grid.triangles = 2 * qint64(side - 1) * (side - 1);
@@ -95,4 +110,30 @@ GridFile writeGridPly(const QString &folder, long long vertices, bool normals)
     if (!file.commit())
         qFatal("cannot write %s: %s", qPrintable(grid.path), qPrintable(file.errorString()));
     return grid;
+}
+
+vantrel::host::MeshPtr gridMesh(long long vertices)
+{
+    const int side = sideFor(vertices);
+    std::vector<VertexRecord> records(std::size_t(side) * std::size_t(side), VertexRecord{});
+    for (int row = 0; row < side; ++row) {
+        for (int column = 0; column < side; ++column) {
+            VertexRecord &record
+                = records[std::size_t(row) * std::size_t(side) + std::size_t(column)];
+            gridPoint(side, row, column, record.position, record.normal);
+        }
+    }
+    std::vector<quint32> indices;
+    indices.reserve(6 * std::size_t(side - 1) * std::size_t(side - 1));
+    for (int row = 0; row + 1 < side; ++row) {
+        for (int column = 0; column + 1 < side; ++column) {
+            const quint32 a = quint32(row * side + column), b = a + 1, c = a + quint32(side),
+                          d = c + 1;
+            indices.insert(indices.end(), {a, b, d, a, d, c});
+        }
+    }
+    std::vector<std::unique_ptr<vantrel::host::MeshPart>> parts;
+    parts.push_back(
+        std::make_unique<vantrel::host::MeshPart>(std::move(records), std::move(indices)));
+    return std::make_shared<const vantrel::host::Mesh>(std::move(parts));
 }

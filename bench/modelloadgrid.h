@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "hostapp/core/scene/mesh.h"
+
 #include <QString>
 
 // A square grid written as a binary little-endian PLY file: float x y z a vertex (and nx ny nz
@@ -17,3 +19,7 @@ struct GridFile
 // About `vertices` vertices (the nearest square), written into folder; stops the program if
 // the file cannot be written.
 GridFile writeGridPly(const QString &folder, long long vertices, bool normals);
+
+// The same grid as a mesh built here, past any file: normals as in the file with normals, no
+// texture coordinates.
+vantrel::host::MeshPtr gridMesh(long long vertices);
