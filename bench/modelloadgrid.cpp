@@ -11,7 +11,7 @@
 namespace {
 
 // The grid spans 200 x 200 units whatever its vertex count, clear of the floor (z from 1 to 9);
-// the wave's height and length keep its slopes gentle (under 25 degrees).
+// the wave's height and length keep its slopes gentle (under 30 degrees).
 constexpr float Span = 200.f, Height = 4.f, Length = 60.f;
 
 void append(QByteArray &out, const void *data, int size)
