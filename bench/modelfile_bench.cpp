@@ -77,11 +77,12 @@ Files &files()
 void BM_ReadGridInThisProcess(benchmark::State &state)
 {
     for (auto _ : state) {
-        std::vector<std::unique_ptr<MeshPart>> parts;
+        ModelImport::Parts parts;
         QString problem;
-        if (!ModelImport::read(files().grid, ModelFile::Limits(), &parts, &problem))
+        if (ModelImport::read(files().grid, ModelFile::Limits(), parts, &problem)
+            != ModelImport::Result::Read)
             state.SkipWithError(qPrintable(problem));
-        benchmark::DoNotOptimize(parts.data());
+        benchmark::DoNotOptimize(parts.take().data());
     }
 }
 BENCHMARK(BM_ReadGridInThisProcess)->Unit(benchmark::kMillisecond);

@@ -28,13 +28,13 @@
 
 namespace {
 
-using vantrel::host::MeshPart;
 using vantrel::host::ModelFile;
 using vantrel::host::ModelImport;
 using vantrel::host::modelchannel::ChannelFd;
 using vantrel::host::modelchannel::Kind;
 using vantrel::host::modelchannel::MaximumRefusalBytes;
 using vantrel::host::modelchannel::MessageHeader;
+using vantrel::host::modelchannel::OutOfMemoryStatus;
 using vantrel::host::modelchannel::PartHeader;
 using vantrel::host::modelchannel::ProtocolVersion;
 
@@ -94,49 +94,76 @@ bool sendHeader(Kind kind, quint32 count = 0)
     return writeAll(&header, sizeof header);
 }
 
-bool sendResult(const QString &path, const ModelFile::Limits &limits)
+// The mesh written to the channel as it is built.
+class ChannelSink final : public ModelImport::Sink
 {
-    std::vector<std::unique_ptr<MeshPart>> parts;
+public:
+    void progressed(unsigned int thousandths) override
+    {
+        if (thousandths != m_progress && !m_begun) {
+            m_progress = thousandths;
+            sendHeader(Kind::Progress, thousandths);
+        }
+    }
+    bool begin(quint32 partCount, quint64 vertexCount, quint64 indexCount) override
+    {
+        m_begun = true;
+        const MessageHeader header = {quint32(Kind::Mesh), partCount, vertexCount, indexCount};
+        return writeAll(&header, sizeof header);
+    }
+    bool beginPart(quint32 vertexCount, quint32 indexCount) override
+    {
+        const PartHeader header = {vertexCount, indexCount};
+        return writeAll(&header, sizeof header);
+    }
+    bool vertices(const VertexRecord *records, std::size_t count) override
+    {
+        return writeAll(records, count * sizeof(VertexRecord));
+    }
+    bool indices(const quint32 *indices, std::size_t count) override
+    {
+        return writeAll(indices, count * sizeof(quint32));
+    }
+
+    // Whether part of a mesh may have been written: then no other message can follow.
+    bool begun() const { return m_begun; }
+
+private:
+    unsigned int m_progress = 0;
+    bool m_begun = false;
+};
+
+bool sendResult(const QString &path, const ModelFile::Limits &limits, ChannelSink &sink)
+{
     QString problem;
-    bool read = false;
+    ModelImport::Result result = ModelImport::Result::Refused;
     try {
-        read = ModelImport::read(path, limits, &parts, &problem);
+        result = ModelImport::read(path, limits, sink, &problem);
     } catch (const std::bad_alloc &) {
         throw;
     } catch (const std::exception &error) {
+        if (sink.begun())
+            return false;
         problem = QString::fromUtf8(error.what());
     }
-    if (!read) {
-        const QByteArray text = problem.toUtf8().left(MaximumRefusalBytes);
-        return sendHeader(Kind::Refusal, quint32(text.size()))
-               && writeAll(text.constData(), std::size_t(text.size()));
-    }
-    MessageHeader header = {quint32(Kind::Mesh), quint32(parts.size()), 0, 0};
-    for (const std::unique_ptr<MeshPart> &part : parts) {
-        header.vertexCount += part->GetVertices().size();
-        header.indexCount += part->indices().size();
-    }
-    if (!writeAll(&header, sizeof header))
-        return false;
-    for (const std::unique_ptr<MeshPart> &part : parts) {
-        const std::vector<VertexRecord> &vertices = part->GetVertices();
-        const std::vector<quint32> &indices = part->indices();
-        const PartHeader partHeader = {quint32(vertices.size()), quint32(indices.size())};
-        if (!writeAll(&partHeader, sizeof partHeader)
-            || !writeAll(vertices.data(), vertices.size() * sizeof(VertexRecord))
-            || !writeAll(indices.data(), indices.size() * sizeof(quint32)))
-            return false;
-    }
-    return true;
+    if (result != ModelImport::Result::Refused)
+        return result == ModelImport::Result::Read;
+    const QByteArray text = problem.toUtf8().left(MaximumRefusalBytes);
+    return sendHeader(Kind::Refusal, quint32(text.size()))
+           && writeAll(text.constData(), std::size_t(text.size()));
 }
 
-bool sendAnswer(const QString &path, const ModelFile::Limits &limits)
+// The exit status: 0 when the whole answer was sent.
+int sendAnswer(const QString &path, const ModelFile::Limits &limits)
 {
+    ChannelSink sink;
     try {
-        return sendResult(path, limits);
+        return sendResult(path, limits, sink) ? 0 : 1;
     } catch (const std::bad_alloc &) {
+        if (sink.begun())
+            return OutOfMemoryStatus;
         // Everything the reading held is released by now; the header needs no allocation.
-        return sendHeader(Kind::OutOfMemory);
+        return sendHeader(Kind::OutOfMemory) ? 0 : 1;
     }
 }
 
@@ -224,5 +251,5 @@ int main(int argc, char *argv[])
     // watch the memory itself.
     if (!sendHeader(Kind::Ready))
         return 1;
-    return sendAnswer(QFile::decodeName(argv[9]), limits) ? 0 : 1;
+    return sendAnswer(QFile::decodeName(argv[9]), limits);
 }

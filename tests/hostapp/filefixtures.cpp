@@ -63,4 +63,54 @@ gltf(const QStringList &nodes, const std::vector<float> &positions, QStringList 
 
 const std::vector<float> s_triangle = {0, 0, 0, 1, 0, 0, 0, 1, 0};
 
+QByteArray binaryPly(const PlyModel &model)
+{
+    const qint64 vertices = qint64(model.positions.size() / 3);
+    QByteArray ply
+        = "ply\nformat binary_little_endian 1.0\nelement vertex "
+          + QByteArray::number(model.statedVertices < 0 ? vertices : model.statedVertices)
+          + "\nproperty float x\nproperty float y\nproperty float z\n";
+    if (!model.normals.empty())
+        ply += "property float nx\nproperty float ny\nproperty float nz\n";
+    ply += "element face "
+           + QByteArray::number(model.statedFaces < 0 ? qint64(model.faces.size())
+                                                      : model.statedFaces)
+           + "\nproperty list uchar int vertex_indices\nend_header\n";
+    const auto append = [&ply](const auto &value) {
+        ply.append(reinterpret_cast<const char *>(&value), sizeof value);
+    };
+    for (qint64 i = 0; i < vertices; ++i) {
+        for (int k = 0; k < 3; ++k)
+            append(model.positions[std::size_t(3 * i + k)]);
+        for (int k = 0; k < 3 && !model.normals.empty(); ++k)
+            append(model.normals[std::size_t(3 * i + k)]);
+    }
+    for (const std::vector<int> &face : model.faces) {
+        append(quint8(face.size()));
+        for (const int index : face)
+            append(qint32(index));
+    }
+    return ply;
+}
+
+PlyModel plyGrid(int side)
+{
+    PlyModel grid;
+    grid.positions.reserve(std::size_t(side) * side * 3);
+    for (int y = 0; y < side; ++y) {
+        for (int x = 0; x < side; ++x)
+            grid.positions.insert(grid.positions.end(),
+                                  {float(x), float(y), float((x * 7 + y * 13) % 17) * 0.1f});
+    }
+    grid.faces.reserve(std::size_t(side - 1) * (side - 1) * 2);
+    for (int y = 0; y + 1 < side; ++y) {
+        for (int x = 0; x + 1 < side; ++x) {
+            const int a = y * side + x, b = a + 1, c = a + side, d = c + 1;
+            grid.faces.push_back({a, b, d});
+            grid.faces.push_back({a, d, c});
+        }
+    }
+    return grid;
+}
+
 } // namespace vantrel::test

@@ -40,4 +40,20 @@ QByteArray gltf(const QStringList &nodes,
 // The triangle (0, 0, 0), (1, 0, 0), (0, 1, 0).
 extern const std::vector<float> s_triangle;
 
+// A binary little-endian PLY file: x y z per vertex (and nx ny nz when normals are given), and
+// faces as index lists of any length. The header states the given counts, or the data's own.
+struct PlyModel
+{
+    std::vector<float> positions;
+    std::vector<float> normals;
+    std::vector<std::vector<int>> faces;
+    qint64 statedVertices = -1;
+    qint64 statedFaces = -1;
+};
+QByteArray binaryPly(const PlyModel &model);
+
+// A square grid of side × side vertices 1 unit apart in x and y, waved in z, as two triangles a
+// cell: the shape of a scanned surface, large enough to take a while to read.
+PlyModel plyGrid(int side);
+
 } // namespace vantrel::test

@@ -56,6 +56,10 @@ struct PartHeader
     quint32 indexCount = 0;
 };
 
+// The reader's exit status when memory ran out after the mesh had started: the channel is cut
+// mid-mesh, and the status is the only way left to say why.
+constexpr int OutOfMemoryStatus = 3;
+
 // The importer's words about a file are a line or two; more is a fault of the channel.
 constexpr int MaximumRefusalBytes = 64 * 1024;
 

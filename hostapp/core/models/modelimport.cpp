@@ -3,16 +3,20 @@
 #include "hostapp/core/models/modelimport.h"
 
 #include "hostapp/core/models/gltfnodegraph.h"
-#include "hostapp/core/scene/meshbuilder.h"
-#include "hostapp/core/scene/vertexframes.h"
+#include "hostapp/core/models/meshsending.h"
+#include "hostapp/core/models/modelheader.h"
 
 #include <QFile>
+#include <QFileInfo>
 
+#include <assimp/DefaultIOSystem.h>
+#include <assimp/IOStream.hpp>
 #include <assimp/Importer.hpp>
 #include <assimp/config.h>
 #include <assimp/postprocess.h>
 #include <assimp/scene.h>
 
+#include <algorithm>
 #include <cmath>
 #include <exception>
 #include <new>
@@ -30,6 +34,82 @@ constexpr float SmoothingAngle = 50.f;
 // corners) holds up to three vertex records per triangle, so the importer's first count is
 // allowed that much more than the finished mesh.
 constexpr qint64 UnjoinedVertexFactor = 3;
+
+// The reader's progress in thousandths: the importer's reading of the file up to the first, its
+// steps and the normals up to the second; the sending of the mesh is measured by the receiver.
+constexpr unsigned int ReadThousandths = 700;
+constexpr unsigned int PreparedThousandths = 1000;
+
+class CountingFiles;
+
+// A file the importer reads, counting the bytes it takes.
+class CountingStream final : public Assimp::IOStream
+{
+public:
+    CountingStream(Assimp::IOStream *file, CountingFiles &files)
+        : m_file(file)
+        , m_files(files)
+    {}
+    ~CountingStream() override { delete m_file; }
+    CountingStream(const CountingStream &) = delete;
+    CountingStream &operator=(const CountingStream &) = delete;
+
+    size_t Read(void *buffer, size_t size, size_t count) override;
+    size_t Write(const void *buffer, size_t size, size_t count) override
+    {
+        return m_file->Write(buffer, size, count);
+    }
+    aiReturn Seek(size_t offset, aiOrigin origin) override { return m_file->Seek(offset, origin); }
+    size_t Tell() const override { return m_file->Tell(); }
+    size_t FileSize() const override { return m_file->FileSize(); }
+    void Flush() override { m_file->Flush(); }
+
+private:
+    Assimp::IOStream *const m_file;
+    CountingFiles &m_files;
+};
+
+// The importer's files, with the share of the model file read so far reported to the sink:
+// the importers of large formats read their files a piece at a time as they parse them.
+class CountingFiles final : public Assimp::DefaultIOSystem
+{
+public:
+    CountingFiles(const QString &path, ModelImport::Sink &sink)
+        : m_size(std::max<qint64>(1, QFileInfo(path).size()))
+        , m_sink(sink)
+    {}
+
+    Assimp::IOStream *Open(const char *file, const char *mode) override
+    {
+        Assimp::IOStream *stream = DefaultIOSystem::Open(file, mode);
+        return stream ? new CountingStream(stream, *this) : nullptr;
+    }
+    void Close(Assimp::IOStream *stream) override { delete stream; }
+
+    void count(std::size_t bytes)
+    {
+        m_read += bytes;
+        const auto done = unsigned(
+            std::min<double>(ReadThousandths, ReadThousandths * double(m_read) / m_size));
+        if (done != m_reported) {
+            m_reported = done;
+            m_sink.progressed(done);
+        }
+    }
+
+private:
+    const qint64 m_size;
+    ModelImport::Sink &m_sink;
+    std::size_t m_read = 0;
+    unsigned int m_reported = 0;
+};
+
+size_t CountingStream::Read(void *buffer, size_t size, size_t count)
+{
+    const size_t got = m_file->Read(buffer, size, count);
+    m_files.count(got * size);
+    return got;
+}
 
 // The node tree the importer built, against the node limits, before the steps that walk it
 // recursively and multiply its data. A glTF graph was checked before reading; this holds every
@@ -97,52 +177,59 @@ bool hasSurface(const aiScene &scene)
     return false;
 }
 
-bool finite(const aiVector3D &v)
+// Whether every mesh's triangles share their corners, as a scan's do: the importer then made
+// them from the file's own index lists, and there is nothing to join. A triangle soup (one
+// vertex for every corner) joins first.
+bool sharesCorners(const aiScene &scene)
 {
-    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
+    for (unsigned int m = 0; m < scene.mNumMeshes; ++m) {
+        const aiMesh &mesh = *scene.mMeshes[m];
+        qint64 corners = 0;
+        for (unsigned int f = 0; f < mesh.mNumFaces; ++f)
+            corners += mesh.mFaces[f].mNumIndices;
+        if (mesh.mNumFaces > 0 && corners <= qint64(mesh.mNumVertices))
+            return false;
+    }
+    return true;
 }
 
-// One part of the mesh from one triangulated mesh of the file; false when a coordinate is not a
-// finite number (a corrupt file that still passed the importer's checks).
-bool convert(const aiMesh &source, std::vector<std::unique_ptr<MeshPart>> *parts)
+// Whether the meshes already stand where the file places them: each listed once by the
+// importer's root, which is not moved, and by no other node.
+bool placedAsRead(const aiScene &scene)
 {
-    std::vector<VertexRecord> vertices(source.mNumVertices);
-    const aiVector3D *texCoords = source.HasTextureCoords(0) ? source.mTextureCoords[0] : nullptr;
-    for (unsigned int i = 0; i < source.mNumVertices; ++i) {
-        VertexRecord &v = vertices[i];
-        const aiVector3D &p = source.mVertices[i];
-        if (!finite(p))
+    const aiNode *root = scene.mRootNode;
+    if (!root || !root->mTransformation.IsIdentity() || root->mNumMeshes != scene.mNumMeshes)
+        return false;
+    std::vector<bool> listed(scene.mNumMeshes, false);
+    for (unsigned int i = 0; i < root->mNumMeshes; ++i) {
+        if (root->mMeshes[i] >= scene.mNumMeshes || listed[root->mMeshes[i]])
             return false;
-        v.position[0] = p.x;
-        v.position[1] = p.y;
-        v.position[2] = p.z;
-        // The importer generated normals where the file had none; a degenerate triangle can
-        // still leave a zero or invalid one, and every host mesh promises unit normals.
-        aiVector3D n = source.HasNormals() ? source.mNormals[i] : aiVector3D();
-        const float length = n.Length();
-        n = std::isfinite(length) && length > 1e-20f ? n / length : aiVector3D(0.f, 0.f, 1.f);
-        v.normal[0] = n.x;
-        v.normal[1] = n.y;
-        v.normal[2] = n.z;
-        if (texCoords) {
-            v.texCoord[0] = std::isfinite(texCoords[i].x) ? texCoords[i].x : 0.f;
-            v.texCoord[1] = std::isfinite(texCoords[i].y) ? texCoords[i].y : 0.f;
-        }
+        listed[root->mMeshes[i]] = true;
     }
-    std::vector<quint32> indices;
-    indices.reserve(std::size_t(source.mNumFaces) * 3);
-    for (unsigned int f = 0; f < source.mNumFaces; ++f) {
-        const aiFace &face = source.mFaces[f];
-        if (face.mNumIndices != 3)
-            continue; // a point or line that sorting by primitive type left in a mixed mesh
-        for (unsigned int k = 0; k < 3; ++k)
-            indices.push_back(face.mIndices[k]);
+    std::vector<const aiNode *> pending(root->mChildren, root->mChildren + root->mNumChildren);
+    while (!pending.empty()) {
+        const aiNode *node = pending.back();
+        pending.pop_back();
+        if (node->mNumMeshes > 0)
+            return false;
+        pending.insert(pending.end(), node->mChildren, node->mChildren + node->mNumChildren);
     }
-    if (indices.empty())
-        return true;
-    computeTangentFrames(vertices, indices);
-    parts->push_back(std::make_unique<MeshPart>(std::move(vertices), std::move(indices)));
     return true;
+}
+
+// The importer's steps a mesh needs, and no more: each of the others costs a pass over the
+// whole mesh and, for some, a copy of it.
+unsigned int postProcessing(const aiScene &scene, bool shared)
+{
+    if (shared) {
+        // Triangles from polygons; points and lines dropped; the placements baked in only when
+        // the file has any.
+        return aiProcess_Triangulate | aiProcess_SortByPType
+               | (placedAsRead(scene) ? 0u : unsigned(aiProcess_PreTransformVertices));
+    }
+    return aiProcess_Triangulate | aiProcess_FindDegenerates | aiProcess_SortByPType
+           | aiProcess_GenSmoothNormals | aiProcess_PreTransformVertices
+           | aiProcess_JoinIdenticalVertices;
 }
 
 // The importer catches every exception of its readers and keeps it, a failed allocation
@@ -162,13 +249,58 @@ void rethrowIfOutOfMemory(const Assimp::Importer &importer)
 
 } // namespace
 
-bool ModelImport::read(const QString &path,
-                       const ModelFile::Limits &limits,
-                       std::vector<std::unique_ptr<MeshPart>> *parts,
-                       QString *problem)
+ModelImport::Sink::~Sink() = default;
+
+bool ModelImport::Parts::begin(quint32 partCount, quint64, quint64)
 {
-    if (!GltfNodeGraph::check(path, limits.nodeDepth, limits.nodeCount, problem))
-        return false;
+    m_parts.reserve(partCount);
+    return true;
+}
+
+bool ModelImport::Parts::beginPart(quint32 vertexCount, quint32 indexCount)
+{
+    finishPart();
+    m_vertices.reserve(vertexCount);
+    m_indices.reserve(indexCount);
+    m_inPart = true;
+    return true;
+}
+
+bool ModelImport::Parts::vertices(const VertexRecord *records, std::size_t count)
+{
+    m_vertices.insert(m_vertices.end(), records, records + count);
+    return true;
+}
+
+bool ModelImport::Parts::indices(const quint32 *indices, std::size_t count)
+{
+    m_indices.insert(m_indices.end(), indices, indices + count);
+    return true;
+}
+
+void ModelImport::Parts::finishPart()
+{
+    if (m_inPart)
+        m_parts.push_back(std::make_unique<MeshPart>(std::move(m_vertices), std::move(m_indices)));
+    m_vertices = {};
+    m_indices = {};
+    m_inPart = false;
+}
+
+std::vector<std::unique_ptr<MeshPart>> ModelImport::Parts::take()
+{
+    finishPart();
+    return std::move(m_parts);
+}
+
+ModelImport::Result ModelImport::read(const QString &path,
+                                      const ModelFile::Limits &limits,
+                                      Sink &sink,
+                                      QString *problem)
+{
+    if (!ModelHeader::check(path, limits, problem)
+        || !GltfNodeGraph::check(path, limits.nodeDepth, limits.nodeCount, problem))
+        return Result::Refused;
 
     Assimp::Importer importer;
     // Points and lines have no surface to show; removing them leaves only triangle meshes.
@@ -179,6 +311,7 @@ bool ModelImport::read(const QString &path,
     // would eat the small triangles of a detailed model in metres.
     importer.SetPropertyBool(AI_CONFIG_PP_FD_CHECKAREA, false);
     importer.SetPropertyBool(AI_CONFIG_PP_FD_REMOVE, true);
+    importer.SetIOHandler(new CountingFiles(path, sink)); // the importer owns it
 
     // Read and check the structure first, and count before the steps that multiply data
     // (baking instanced pieces into every placement), so that a small hostile file cannot make
@@ -189,62 +322,41 @@ bool ModelImport::read(const QString &path,
     if (!scene) {
         rethrowIfOutOfMemory(importer);
         *problem = QString::fromUtf8(importer.GetErrorString());
-        return false;
+        return Result::Refused;
     }
+    sink.progressed(ReadThousandths);
     if (!checkNodeTree(*scene, limits, problem))
-        return false;
+        return Result::Refused;
     if (!hasSurface(*scene)) {
         *problem = QStringLiteral("contains no triangles");
-        return false;
+        return Result::Refused;
     }
-    const qint64 rawLimit = UnjoinedVertexFactor * limits.vertexCount;
-    if (placedVertexCount(*scene, rawLimit) > rawLimit) {
-        *problem = QStringLiteral("more than %1 vertices before identical ones are joined; "
-                                  "models are limited to %2 vertices")
-                       .arg(rawLimit)
-                       .arg(limits.vertexCount);
-        return false;
+    const bool shared = sharesCorners(*scene);
+    // A soup's corners become far fewer vertices once joined; a shared mesh's are its vertices.
+    const qint64 placedLimit
+        = shared ? limits.vertexCount : UnjoinedVertexFactor * limits.vertexCount;
+    if (const qint64 placed = placedVertexCount(*scene, placedLimit); placed > placedLimit) {
+        *problem = shared ? ModelHeader::tooManyVertices(placed, limits.vertexCount)
+                          : QStringLiteral("more than %1 vertices before identical ones are "
+                                           "joined; models are limited to %2 vertices")
+                                .arg(placedLimit)
+                                .arg(limits.vertexCount);
+        return Result::Refused;
     }
-    scene = importer.ApplyPostProcessing(aiProcess_Triangulate | aiProcess_FindDegenerates
-                                         | aiProcess_SortByPType | aiProcess_GenSmoothNormals
-                                         | aiProcess_PreTransformVertices
-                                         | aiProcess_JoinIdenticalVertices | aiProcess_FlipUVs);
+    scene = importer.ApplyPostProcessing(postProcessing(*scene, shared));
     if (!scene) {
         rethrowIfOutOfMemory(importer);
         *problem = QString::fromUtf8(importer.GetErrorString());
-        return false;
+        return Result::Refused;
     }
-
-    qint64 vertexCount = 0;
-    qint64 triangleCount = 0;
-    for (unsigned int m = 0; m < scene->mNumMeshes; ++m) {
-        vertexCount += scene->mMeshes[m]->mNumVertices;
-        triangleCount += scene->mMeshes[m]->mNumFaces;
-    }
-    if (vertexCount > limits.vertexCount) {
-        *problem = QStringLiteral("%1 vertices; models are limited to %2")
-                       .arg(vertexCount)
-                       .arg(limits.vertexCount);
-        return false;
-    }
-    if (triangleCount > limits.triangleCount) {
-        *problem = QStringLiteral("%1 triangles; models are limited to %2")
-                       .arg(triangleCount)
-                       .arg(limits.triangleCount);
-        return false;
-    }
-
-    for (unsigned int m = 0; m < scene->mNumMeshes; ++m) {
-        if (!convert(*scene->mMeshes[m], parts)) {
-            *problem = QStringLiteral("contains coordinates that are not finite numbers");
-            return false;
+    if (shared) {
+        for (unsigned int m = 0; m < scene->mNumMeshes; ++m) {
+            if (!scene->mMeshes[m]->HasNormals())
+                meshsending::addNormals(*scene->mMeshes[m]);
         }
     }
-    if (parts->empty()) {
-        *problem = QStringLiteral("contains no triangles");
-        return false;
-    }
-    return true;
+    sink.progressed(PreparedThousandths);
+    return meshsending::send(*scene, limits, sink, problem);
 }
 
 } // namespace vantrel::host

@@ -411,7 +411,10 @@ MeshPtr ModelReaderProcess::read(const QString &path,
         *problem = tookTooLong(limits);
         return nullptr;
     }
-    if (receiver.stop() == Receiver::Stop::OutOfMemory || answer.kind == Answer::OutOfMemory) {
+    const bool exitedOutOfMemory
+        = ended && WIFEXITED(status) && WEXITSTATUS(status) == modelchannel::OutOfMemoryStatus;
+    if (receiver.stop() == Receiver::Stop::OutOfMemory || answer.kind == Answer::OutOfMemory
+        || (answer.kind == Answer::None && exitedOutOfMemory)) {
         *problem = QStringLiteral("reading the model needed more than %1 MiB")
                        .arg(limits.memoryBytes >> 20);
         return nullptr;
