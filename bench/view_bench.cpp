@@ -21,11 +21,17 @@
 // ./setup.sh bench runs under xvfb-run when there is none.
 //
 //   bench_view [frames]     (default 60; the grid draws a third of them)
+//   bench_view --model FILE [frames]
+//                           the model file alone (a scan of millions of vertices, say), in
+//                           view from above at the front, against the empty scene (default 5
+//                           frames)
 
 #include "hostapp/core/commands/demo.h"
 #include "hostapp/core/commands/samplescene.h"
 #include "hostapp/core/document/document.h"
 #include "hostapp/core/files/scenefile.h"
+#include "hostapp/core/scene/generatorregistry.h"
+#include "hostapp/core/scene/generators/externalmodelgenerator.h"
 #include "hostapp/core/scene/meshnode.h"
 #include "hostapp/desktop/sceneview.h"
 #include "hostapp/render/drawlist.h"
@@ -34,6 +40,8 @@
 #include <QBuffer>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QFile>
+#include <QFileInfo>
 #include <QMouseEvent>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
@@ -208,6 +216,31 @@ std::unique_ptr<Document> gridScene()
     return document;
 }
 
+// The model file alone, the camera looking at its box from the front and above.
+std::unique_ptr<Document> modelScene(const QString &path, QString *error)
+{
+    auto generator = createGenerator(ExternalModelGenerator::s_typeId);
+    auto *model = static_cast<ExternalModelGenerator *>(generator.get());
+    model->setPath(QFileInfo(path).absoluteFilePath());
+    if (!model->refusal().isEmpty()) {
+        *error = model->refusal();
+        return nullptr;
+    }
+    auto document = std::make_unique<Document>();
+    MeshNode *node
+        = document->root()->createChildMesh(std::move(generator), QStringLiteral("Scan"));
+    const TBBox<float> &box = node->mesh()->localBox();
+    const float largest = std::max(
+        {box.max[0] - box.min[0], box.max[1] - box.min[1], box.max[2] - box.min[2], 1.f});
+    Camera &camera = *document->camera();
+    camera.SetTarget(Vector3((box.min[0] + box.max[0]) / 2,
+                             (box.min[1] + box.max[1]) / 2,
+                             (box.min[2] + box.max[2]) / 2));
+    camera.SetDistance(1.5f * largest);
+    document->history().clear();
+    return document;
+}
+
 int fail(const QString &what)
 {
     std::fprintf(stderr, "bench_view: %s\n", qPrintable(what));
@@ -222,7 +255,10 @@ int main(int argc, char **argv)
         return fail(QStringLiteral("needs an X display (run it under xvfb-run -a)"));
     qputenv("QT_QPA_PLATFORM", "xcb");
     QApplication application(argc, argv);
-    const int frames = argc > 1 ? std::max(3, std::atoi(argv[1])) : 60;
+    const bool modelOnly = argc > 2 && qstrcmp(argv[1], "--model") == 0;
+    const int framesArgument = modelOnly ? 3 : 1;
+    const int frames = argc > framesArgument ? std::max(3, std::atoi(argv[framesArgument]))
+                                             : (modelOnly ? 5 : 60);
 
     SceneView view;
     view.resize(960, 600);
@@ -239,6 +275,25 @@ int main(int argc, char **argv)
                         .arg(view.height()));
 
     QString error;
+    if (modelOnly) {
+        QElapsedTimer reading;
+        reading.start();
+        std::unique_ptr<Document> scan = modelScene(QFile::decodeName(argv[2]), &error);
+        if (!scan)
+            return fail(error);
+        const double readMilliseconds = double(reading.nsecsElapsed()) / 1e6;
+        Document empty;
+        const Figures reference = orbit(view, empty, frames, Orbit::Still);
+        const Figures still = orbit(view, *scan, frames, Orbit::Still);
+        const Figures dragging = orbit(view, *scan, frames, Orbit::Dragging);
+        std::printf("SceneView 960 x 600, orbiting; %d frames; the model read in %.0f ms\n",
+                    frames,
+                    readMilliseconds);
+        print("empty scene (reference)", reference, reference);
+        print("the model, still", still, reference);
+        print("the model, dragging", dragging, reference);
+        return 0;
+    }
     std::unique_ptr<Document> demo = demoScene(&error);
     if (!demo)
         return fail(QStringLiteral("the demo's scene: %1").arg(error.trimmed()));

@@ -41,6 +41,52 @@ void writeInstance(float *out, const DrawItem &item)
     out[28] = item.selected ? 1.f : 0.f;
 }
 
+// A triangle naming a vertex its part does not have is left out rather than handed to the
+// driver, which would read past the buffer.
+bool drawable(const std::vector<quint32> &triangles, std::size_t t, std::size_t vertexCount)
+{
+    return triangles[t] < vertexCount && triangles[t + 1] < vertexCount
+           && triangles[t + 2] < vertexCount;
+}
+
+// Fills the bound vertex and index buffers, sized for the whole mesh, part by part and a piece
+// of indices at a time, so that a model of millions of vertices is never copied whole on its
+// way to the driver.
+void fillBuffers(const host::Mesh &mesh, QOpenGLExtraFunctions &gl)
+{
+    constexpr std::size_t PieceIndices = 3 << 18;
+    std::vector<quint32> piece;
+    piece.reserve(PieceIndices);
+    std::size_t vertexOffset = 0, indexOffset = 0;
+    const auto writePiece = [&] {
+        gl.glBufferSubData(GL_ELEMENT_ARRAY_BUFFER,
+                           GLintptr(indexOffset * sizeof(quint32)),
+                           GLsizeiptr(piece.size() * sizeof(quint32)),
+                           piece.data());
+        indexOffset += piece.size();
+        piece.clear();
+    };
+    for (const std::unique_ptr<host::MeshPart> &part : mesh.meshParts()) {
+        const std::vector<VertexRecord> &records = part->GetVertices();
+        gl.glBufferSubData(GL_ARRAY_BUFFER,
+                           GLintptr(vertexOffset * sizeof(VertexRecord)),
+                           GLsizeiptr(records.size() * sizeof(VertexRecord)),
+                           records.data());
+        const std::vector<quint32> &triangles = part->indices();
+        for (std::size_t t = 0; t + 2 < triangles.size(); t += 3) {
+            if (!drawable(triangles, t, records.size()))
+                continue;
+            for (std::size_t corner = t; corner < t + 3; ++corner)
+                piece.push_back(quint32(vertexOffset) + triangles[corner]);
+            if (piece.size() + 3 > PieceIndices)
+                writePiece();
+        }
+        vertexOffset += records.size();
+    }
+    if (!piece.empty())
+        writePiece();
+}
+
 } // namespace
 
 GpuMeshCache::GpuMeshCache() = default;
@@ -57,36 +103,30 @@ void GpuMeshCache::clear()
 std::unique_ptr<GpuMeshCache::GpuMesh> GpuMeshCache::upload(const host::MeshPtr &mesh,
                                                             QOpenGLExtraFunctions &gl)
 {
-    std::vector<VertexRecord> vertices;
-    std::vector<quint32> indices;
+    std::size_t vertexCount = 0, indexCount = 0;
     for (const std::unique_ptr<host::MeshPart> &part : mesh->meshParts()) {
-        const auto base = quint32(vertices.size());
-        const std::vector<VertexRecord> &records = part->GetVertices();
-        vertices.insert(vertices.end(), records.begin(), records.end());
         const std::vector<quint32> &triangles = part->indices();
-        // A triangle naming a vertex the part does not have is left out rather than handed to
-        // the driver, which would read past the buffer.
-        for (std::size_t t = 0; t + 2 < triangles.size(); t += 3) {
-            if (triangles[t] >= records.size() || triangles[t + 1] >= records.size()
-                || triangles[t + 2] >= records.size())
-                continue;
-            for (std::size_t corner = t; corner < t + 3; ++corner)
-                indices.push_back(base + triangles[corner]);
-        }
+        vertexCount += part->GetVertices().size();
+        for (std::size_t t = 0; t + 2 < triangles.size(); t += 3)
+            indexCount += drawable(triangles, t, part->GetVertices().size()) ? 3 : 0;
     }
     auto gpu = std::make_unique<GpuMesh>();
     gpu->mesh = mesh;
-    gpu->indexCount = int(indices.size());
-    if (indices.empty())
+    gpu->indexCount = int(indexCount);
+    if (indexCount == 0)
         return gpu;
     gpu->vertexArray.create();
     gpu->vertexArray.bind();
     gpu->vertices.create();
     gpu->vertices.bind();
-    gpu->vertices.allocate(vertices.data(), int(vertices.size() * sizeof(VertexRecord)));
+    // Sizes and offsets as the driver takes them: a large model's buffer passes 2 GiB.
+    gl.glBufferData(
+        GL_ARRAY_BUFFER, GLsizeiptr(vertexCount * sizeof(VertexRecord)), nullptr, GL_STATIC_DRAW);
     gpu->indices.create();
     gpu->indices.bind();
-    gpu->indices.allocate(indices.data(), int(indices.size() * sizeof(quint32)));
+    gl.glBufferData(
+        GL_ELEMENT_ARRAY_BUFFER, GLsizeiptr(indexCount * sizeof(quint32)), nullptr, GL_STATIC_DRAW);
+    fillBuffers(*mesh, gl);
     gl.glEnableVertexAttribArray(0);
     gl.glVertexAttribPointer(0,
                              3,

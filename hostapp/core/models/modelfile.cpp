@@ -76,7 +76,11 @@ qint64 ModelFile::triangleLimit()
 MeshPtr ModelFile::load(const QString &path, QString *errorMessage)
 {
     return s_cache.load(path, errorMessage, [](const QString &file, QString *error) {
-        return read(file, Limits(), error);
+        Limits limits;
+        const qint64 extraSeconds = QFileInfo(file).size() / ReadBytesPerSecond;
+        limits.timeMilliseconds
+            += int(std::min<qint64>(extraSeconds, MaximumFileSize / ReadBytesPerSecond)) * 1000;
+        return read(file, limits, error);
     });
 }
 

@@ -39,7 +39,10 @@ public:
     // with a node counted once for each path that reaches it, as the importer copies it.
     static constexpr int MaximumNodeDepth = 256;
     static constexpr qint64 MaximumNodeCount = 100000;
+    // Reading may take a minute, and a second more for every ReadBytesPerSecond of the file: a
+    // model at the vertex limit takes longer than a minute to read on a busy machine.
     static constexpr int MaximumReadSeconds = 60;
+    static constexpr qint64 ReadBytesPerSecond = qint64(10) << 20;
 
     // What reading, keeping and drawing one vertex of a model takes at most, in bytes: the
     // importer's copy of the file's vertex and its two triangles while the file is read, the
@@ -74,7 +77,8 @@ public:
     };
 
     // The model at path (relative paths are taken from the working directory), or null with
-    // *errorMessage set. A file read before and unchanged since (the same file, size and
+    // *errorMessage set. Read with the default limits and the time allowance for the file's
+    // size. A file read before and unchanged since (the same file, size and
     // modification time) is not read again while any shape still shows its mesh: every shape
     // of that file then shares one mesh.
     static MeshPtr load(const QString &path, QString *errorMessage);
