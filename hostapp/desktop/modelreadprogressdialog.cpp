@@ -90,7 +90,7 @@ bool ModelReadProgressDialog::progressed(double fraction)
     return !m_cancelled;
 }
 
-void ModelReadProgressDialog::finished()
+void ModelReadProgressDialog::finished(bool)
 {
     if (m_depth == 0 || --m_depth > 0)
         return;

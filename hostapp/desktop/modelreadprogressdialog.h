@@ -42,7 +42,7 @@ public:
 
     void started(const QString &path) override;
     bool progressed(double fraction) override;
-    void finished() override;
+    void finished(bool read) override;
 
     // The dialog while a reading shows one, else null (for tests).
     QProgressDialog *dialog() const;

@@ -33,9 +33,9 @@ TEST(TerminalReadProgressTest, LineTexts)
     EXPECT_EQ(TerminalReadProgress::progressLine(QStringLiteral("x.stl"), std::nan("")),
               QStringLiteral("Reading x.stl: 0 %"));
     EXPECT_EQ(TerminalReadProgress::endLine(QStringLiteral("scan.ply"), 3240),
-              QStringLiteral("Reading scan.ply: took 3.2 s"));
+              QStringLiteral("Reading scan.ply: done in 3.2 s"));
     EXPECT_EQ(TerminalReadProgress::endLine(QStringLiteral("scan.ply"), 61000),
-              QStringLiteral("Reading scan.ply: took 61.0 s"));
+              QStringLiteral("Reading scan.ply: done in 61.0 s"));
 }
 
 TEST(TerminalReadProgressTest, DrawsOnlyReadingsThatLastAndEndsTheLine)
@@ -48,7 +48,7 @@ TEST(TerminalReadProgressTest, DrawsOnlyReadingsThatLastAndEndsTheLine)
     // A quick reading leaves no trace.
     progress.started(QStringLiteral("/models/small.obj"));
     EXPECT_TRUE(progress.progressed(0.5));
-    progress.finished();
+    progress.finished(true);
     EXPECT_EQ(written, QString());
 
     progress.started(QStringLiteral("/models/scan.ply"));
@@ -63,10 +63,21 @@ TEST(TerminalReadProgressTest, DrawsOnlyReadingsThatLastAndEndsTheLine)
     EXPECT_TRUE(written.endsWith(QStringLiteral("\rReading scan.ply: 5 %  ")))
         << written.toStdString();
     written.clear();
-    progress.finished();
-    EXPECT_TRUE(written.startsWith(QStringLiteral("\rReading scan.ply: took 0.")))
+    progress.finished(true);
+    EXPECT_TRUE(written.startsWith(QStringLiteral("\rReading scan.ply: done in 0.")))
         << written.toStdString();
     EXPECT_TRUE(written.endsWith(QStringLiteral(" s\n"))) << written.toStdString();
+
+    // A failed reading's line is cleared, and the cursor left at its start for the message.
+    progress.started(QStringLiteral("/models/broken.ply"));
+    QThread::msleep(TerminalReadProgress::ShowAfterMilliseconds + 50);
+    EXPECT_TRUE(progress.progressed(0.5));
+    written.clear();
+    progress.finished(false);
+    EXPECT_EQ(written,
+              QStringLiteral("\r")
+                  + QString(QStringLiteral("Reading broken.ply: 50 %").size(), QLatin1Char(' '))
+                  + QStringLiteral("\r"));
 }
 
 // Scripts and tests read the error output: with no terminal there, a long reading prints nothing

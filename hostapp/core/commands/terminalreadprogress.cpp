@@ -36,7 +36,7 @@ QString TerminalReadProgress::progressLine(const QString &fileName, double fract
 
 QString TerminalReadProgress::endLine(const QString &fileName, qint64 milliseconds)
 {
-    return QStringLiteral("Reading %1: took %2 s")
+    return QStringLiteral("Reading %1: done in %2 s")
         .arg(fileName, QString::number(double(milliseconds) / 1000, 'f', 1));
 }
 
@@ -65,14 +65,18 @@ bool TerminalReadProgress::progressed(double fraction)
     return true; // a terminal has no Cancel: Ctrl+C ends the whole program
 }
 
-void TerminalReadProgress::finished()
+void TerminalReadProgress::finished(bool read)
 {
     if (m_depth == 0 || --m_depth > 0 || m_drawn.isEmpty())
         return;
-    // The observer is not told whether the mesh arrived, so the line ends with what is true
-    // either way, the time the reading took; a failure's message follows on the next line.
-    draw(endLine(m_fileName, m_clock.elapsed()));
-    m_err << '\n';
+    if (read) {
+        draw(endLine(m_fileName, m_clock.elapsed()));
+        m_err << '\n';
+    } else {
+        // The command's message takes the line's place.
+        draw(QString());
+        m_err << '\r';
+    }
     m_err.flush();
     m_drawn.clear();
 }

@@ -15,10 +15,10 @@ class QTextStream;
 namespace vantrel::host {
 
 // What `vantrel run`, `render` and `export` show on a terminal while a model file is read: one
-// line that rewrites itself, "Reading scan.ply: 45 %", ending as "Reading scan.ply: took 3.2 s"
-// (a failure's message follows it, printed by the command). A reading shorter than half a second
-// shows nothing, so a script that reads many small models prints nothing extra. Nothing at all is
-// shown when the error output is no terminal: scripts and tests read it.
+// line that rewrites itself, "Reading scan.ply: 45 %", ending as "Reading scan.ply: done in
+// 3.2 s", or cleared when the reading failed (the command prints the failure's message). A reading
+// shorter than half a second shows nothing, so a script that reads many small models prints nothing
+// extra. Nothing at all is shown when the error output is no terminal: scripts and tests read it.
 class VANTREL_HOST_EXPORT TerminalReadProgress final : public ModelReadProgress
 {
 public:
@@ -35,7 +35,7 @@ public:
 
     void started(const QString &path) override;
     bool progressed(double fraction) override;
-    void finished() override;
+    void finished(bool read) override;
 
     // The line's texts, without the carriage return that rewrites it. The percentage is rounded
     // down, so that 100 % means read to the end.

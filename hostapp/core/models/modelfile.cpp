@@ -94,7 +94,7 @@ MeshPtr ModelFile::read(const QString &path, const Limits &limits, QString *erro
             progress->started(path);
         mesh = ModelReaderProcess::read(path, limits, progress, &problem);
         if (progress)
-            progress->finished();
+            progress->finished(mesh != nullptr);
     }
     if (!mesh && errorMessage)
         *errorMessage = QStringLiteral("%1: %2").arg(path, problem);

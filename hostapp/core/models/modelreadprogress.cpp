@@ -2,11 +2,19 @@
 // SPDX-License-Identifier: MIT
 #include "hostapp/core/models/modelreadprogress.h"
 
+#include <algorithm>
+#include <vector>
+
 namespace vantrel::host {
 
 namespace {
 
-ModelReadProgress *s_current = nullptr;
+// The observers of the scopes alive, the latest last.
+std::vector<ModelReadProgress *> &installed()
+{
+    static std::vector<ModelReadProgress *> s_installed;
+    return s_installed;
+}
 
 } // namespace
 
@@ -14,18 +22,21 @@ ModelReadProgress::~ModelReadProgress() = default;
 
 ModelReadProgress *ModelReadProgress::current()
 {
-    return s_current;
+    return installed().empty() ? nullptr : installed().back();
 }
 
 ModelReadProgress::Scope::Scope(ModelReadProgress *observer)
-    : m_previous(s_current)
+    : m_observer(observer)
 {
-    s_current = observer;
+    installed().push_back(observer);
 }
 
 ModelReadProgress::Scope::~Scope()
 {
-    s_current = m_previous;
+    std::vector<ModelReadProgress *> &observers = installed();
+    const auto latest = std::find(observers.rbegin(), observers.rend(), m_observer);
+    if (latest != observers.rend())
+        observers.erase(std::next(latest).base());
 }
 
 } // namespace vantrel::host

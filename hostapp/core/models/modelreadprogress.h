@@ -27,13 +27,16 @@ public:
     // Returning false cancels the reading: the reader is stopped at once and the load fails with
     // "<path>: reading was cancelled", leaving everything as it was.
     virtual bool progressed(double fraction) = 0;
-    // The reading ended, whether it was read, refused, failed or cancelled.
-    virtual void finished() = 0;
+    // The reading ended: read is true when the mesh arrived, false when the file was refused,
+    // the reading failed or it was cancelled.
+    virtual void finished(bool read) = 0;
 
     // The installed observer, or null.
     static ModelReadProgress *current();
 
-    // Installs an observer for as long as the scope lives (and the one before it afterwards).
+    // Installs an observer for as long as the scope lives. The latest scope's observer is the
+    // current one; when a scope ends, whichever order scopes end in (windows close in any
+    // order), its observer is no longer current and the latest of those left is.
     class Scope
     {
     public:
@@ -43,7 +46,7 @@ public:
         Scope &operator=(const Scope &) = delete;
 
     private:
-        ModelReadProgress *m_previous;
+        ModelReadProgress *m_observer;
     };
 };
 
