@@ -93,24 +93,4 @@ QByteArray binaryPly(const PlyModel &model)
     return ply;
 }
 
-PlyModel plyGrid(int side)
-{
-    PlyModel grid;
-    grid.positions.reserve(std::size_t(side) * side * 3);
-    for (int y = 0; y < side; ++y) {
-        for (int x = 0; x < side; ++x)
-            grid.positions.insert(grid.positions.end(),
-                                  {float(x), float(y), float((x * 7 + y * 13) % 17) * 0.1f});
-    }
-    grid.faces.reserve(std::size_t(side - 1) * (side - 1) * 2);
-    for (int y = 0; y + 1 < side; ++y) {
-        for (int x = 0; x + 1 < side; ++x) {
-            const int a = y * side + x, b = a + 1, c = a + side, d = c + 1;
-            grid.faces.push_back({a, b, d});
-            grid.faces.push_back({a, d, c});
-        }
-    }
-    return grid;
-}
-
 } // namespace vantrel::test

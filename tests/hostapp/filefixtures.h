@@ -52,8 +52,4 @@ struct PlyModel
 };
 QByteArray binaryPly(const PlyModel &model);
 
-// A square grid of side × side vertices 1 unit apart in x and y, waved in z, as two triangles a
-// cell: the shape of a scanned surface, large enough to take a while to read.
-PlyModel plyGrid(int side);
-
 } // namespace vantrel::test

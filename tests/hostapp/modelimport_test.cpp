@@ -6,6 +6,7 @@
 #include "hostapp/core/models/modelheader.h"
 #include "hostapp/core/models/modelreadprogress.h"
 #include "tests/hostapp/filefixtures.h"
+#include "tests/support/gridply.h"
 
 #include <gtest/gtest.h>
 
@@ -183,7 +184,7 @@ TEST(ModelReadProgress, ALargeModelReportsHowFarItIsAndCanBeCancelled)
 {
     QTemporaryDir dir;
     const QString path = dir.filePath("scan.ply");
-    writeFile(path, binaryPly(plyGrid(1000)));
+    ASSERT_TRUE(writeGridPly(path, 1000));
     {
         ProgressRecorder recorder;
         const ModelReadProgress::Scope scope(&recorder);
