@@ -28,6 +28,19 @@ bool kept(const aiFace &face, unsigned int vertexCount)
            && i[2] < vertexCount;
 }
 
+// Calls use(corners) with the three indices of each triangle of the mesh that is kept; stops
+// and returns false when use does.
+template<typename Use>
+bool forEachKeptTriangle(const aiMesh &mesh, Use use)
+{
+    for (unsigned int f = 0; f < mesh.mNumFaces; ++f) {
+        const aiFace &face = mesh.mFaces[f];
+        if (kept(face, mesh.mNumVertices) && !use(face.mIndices))
+            return false;
+    }
+    return true;
+}
+
 bool finite(const aiVector3D &v)
 {
     return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
@@ -67,18 +80,15 @@ bool sendIndices(const aiMesh &mesh, ModelImport::Sink &sink)
 {
     std::vector<quint32> piece;
     piece.reserve(PieceSize * 3);
-    for (unsigned int f = 0; f < mesh.mNumFaces; ++f) {
-        const aiFace &face = mesh.mFaces[f];
-        if (!kept(face, mesh.mNumVertices))
-            continue;
-        piece.insert(piece.end(), face.mIndices, face.mIndices + 3);
-        if (piece.size() >= PieceSize * 3) {
-            if (!sink.indices(piece.data(), piece.size()))
-                return false;
-            piece.clear();
-        }
-    }
-    return piece.empty() || sink.indices(piece.data(), piece.size());
+    const bool sent = forEachKeptTriangle(mesh, [&](const unsigned int *corners) {
+        piece.insert(piece.end(), corners, corners + 3);
+        if (piece.size() < PieceSize * 3)
+            return true;
+        const bool taken = sink.indices(piece.data(), piece.size());
+        piece.clear();
+        return taken;
+    });
+    return sent && (piece.empty() || sink.indices(piece.data(), piece.size()));
 }
 
 // A textured mesh: the frames follow the texture directions around each vertex.
@@ -87,10 +97,10 @@ bool sendTexturedPart(const Part &part, ModelImport::Sink &sink)
     const aiMesh &mesh = *part.mesh;
     std::vector<quint32> indices;
     indices.reserve(part.indexCount);
-    for (unsigned int f = 0; f < mesh.mNumFaces; ++f) {
-        if (kept(mesh.mFaces[f], mesh.mNumVertices))
-            indices.insert(indices.end(), mesh.mFaces[f].mIndices, mesh.mFaces[f].mIndices + 3);
-    }
+    forEachKeptTriangle(mesh, [&indices](const unsigned int *corners) {
+        indices.insert(indices.end(), corners, corners + 3);
+        return true;
+    });
     std::vector<VertexRecord> vertices(mesh.mNumVertices);
     for (unsigned int i = 0; i < mesh.mNumVertices; ++i)
         fillRecord(mesh, i, vertices[i]);
@@ -129,18 +139,15 @@ void addNormals(aiMesh &mesh)
 {
     auto *normals = new aiVector3D[mesh.mNumVertices]; // zero vectors
     mesh.mNormals = normals;
-    for (unsigned int f = 0; f < mesh.mNumFaces; ++f) {
-        const aiFace &face = mesh.mFaces[f];
-        if (!kept(face, mesh.mNumVertices))
-            continue;
-        const unsigned int *i = face.mIndices;
+    forEachKeptTriangle(mesh, [&mesh, normals](const unsigned int *i) {
         const aiVector3D &p0 = mesh.mVertices[i[0]];
         // Twice the triangle's area long, so larger triangles weigh more.
         const aiVector3D n = (mesh.mVertices[i[1]] - p0) ^ (mesh.mVertices[i[2]] - p0);
         normals[i[0]] += n;
         normals[i[1]] += n;
         normals[i[2]] += n;
-    }
+        return true;
+    });
 }
 
 ModelImport::Result send(const aiScene &scene,
@@ -153,8 +160,10 @@ ModelImport::Result send(const aiScene &scene,
     for (unsigned int m = 0; m < scene.mNumMeshes; ++m) {
         const aiMesh &mesh = *scene.mMeshes[m];
         quint32 indices = 0;
-        for (unsigned int f = 0; f < mesh.mNumFaces; ++f)
-            indices += kept(mesh.mFaces[f], mesh.mNumVertices) ? 3 : 0;
+        forEachKeptTriangle(mesh, [&indices](const unsigned int *) {
+            indices += 3;
+            return true;
+        });
         if (indices == 0)
             continue;
         if (!std::all_of(mesh.mVertices, mesh.mVertices + mesh.mNumVertices, finite)) {

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QList>
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 
@@ -23,17 +24,13 @@ constexpr qint64 ScanPieceBytes = 1 << 20;
 qint64 headerCount(const QByteArray &word)
 {
     bool isNumber = false;
-    const qulonglong value = word.toULongLong(&isNumber);
-    if (!isNumber) {
-        for (const char c : word) {
-            if (c < '0' || c > '9')
-                return -1;
-        }
-        return word.isEmpty() ? -1 : std::numeric_limits<qint64>::max(); // all digits, too long
-    }
-    return value > qulonglong(std::numeric_limits<qint64>::max())
-               ? std::numeric_limits<qint64>::max()
-               : qint64(value);
+    const qint64 value = word.toLongLong(&isNumber);
+    if (isNumber)
+        return value;
+    const bool digits = !word.isEmpty() && std::all_of(word.begin(), word.end(), [](char c) {
+        return c >= '0' && c <= '9';
+    });
+    return digits ? std::numeric_limits<qint64>::max() : -1; // too long for 64 bits, or no count
 }
 
 bool checkPly(QFile &file, const ModelFile::Limits &limits, QString *problem)
